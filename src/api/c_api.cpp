@@ -1,0 +1,67 @@
+// The C entry points: handle rules, argument checks, the light class and the
+// warm-up loop that tries a frame against every colour entry while searching.
+#include <cstdlib>
+
+#include "MoloFingerDetect.h"
+#include "api/light_class.h"
+#include "support/log.h"
+
+extern "C" {
+
+void* MoloFinDetect_Initialize(void* handle, int width, int height, char* db_path) {
+    if (handle != nullptr) return handle;
+    auto* detector = new Molo_FingerDetect();
+    const int rc = detector->Initialize(width, height, db_path);
+    if (rc == 0) return detector;
+    molo::log_print(molo::kLogDebug, "MoloFinDetect_Initializ (%d)\n", rc);
+    delete detector;
+    return handle;
+}
+
+int MoloFinDetect_Execute(void* handle, unsigned char* y_plane, unsigned char* vu_plane,
+                          int orientation, int src_stride, int ds_mode, float capture_gain,
+                          int color_temp, int* pos_row, int* pos_col) {
+    if (vu_plane == nullptr || y_plane == nullptr) return MOLO_FD_NULL_PLANE;
+    if (handle == nullptr) return 0;
+    auto* detector = static_cast<Molo_FingerDetect*>(handle);
+    if (src_stride < detector->width) {
+        molo::log_print(molo::kLogError, "MoloFinDetect_Execute: stride %d below width %d\n",
+                        src_stride, detector->width);
+        return MOLO_FD_BAD_STRIDE;
+    }
+
+    // Tracking: the colour entry is frozen, one call per frame.
+    if (detector->have_detect != 0) {
+        return detector->execute(y_plane, vu_plane, orientation, true, src_stride, ds_mode,
+                                 capture_gain, color_temp, pos_row, pos_col);
+    }
+
+    // Searching: each call advances to the next colour entry; the frame is
+    // downsampled once and reused. The first detection ends the loop.
+    detector->db_count = MOLO_FINGER_DB_SIZE;
+    detector->light_class = molo::light_class_of(capture_gain, color_temp);
+    int result = 0;
+    for (int k = 1; k <= MOLO_FINGER_DB_SIZE; ++k) {
+        result = detector->execute(y_plane, vu_plane, orientation, k == 1, src_stride, ds_mode,
+                                   capture_gain, color_temp, pos_row, pos_col);
+        if (detector->have_detect != 0) break;
+    }
+    return result;
+}
+
+int MoloFinDetect_Verification(void* handle, unsigned char* y_plane, unsigned char* vu_plane,
+                               int a, int b, int c, int d) {
+    if (vu_plane == nullptr || y_plane == nullptr) return MOLO_FD_NULL_PLANE;
+    if (handle == nullptr) return 0;
+    return static_cast<Molo_FingerDetect*>(handle)->Verification(y_plane, vu_plane, a, b, c, d);
+}
+
+int MoloFinDetect_Finalize(void* handle, char* db_path, int save_db) {
+    if (handle == nullptr) return 0;
+    auto* detector = static_cast<Molo_FingerDetect*>(handle);
+    detector->Finalize(db_path, save_db);
+    delete detector;
+    return 0;
+}
+
+}  // extern "C"
