@@ -1,0 +1,3 @@
+#include "molo/detector.h"
+
+bool Molo_FingerDetect::HarrisHough() { return true; }

@@ -1,0 +1,3 @@
+#include "molo/detector.h"
+
+int Molo_FingerDetect::CheckShape() { return 1; }

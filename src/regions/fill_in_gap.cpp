@@ -1,0 +1,3 @@
+#include "molo/detector.h"
+
+void Molo_FingerDetect::FillInGap() {}
