@@ -1,12 +1,125 @@
-// The per-frame analysis: downsampling, colour entry, light-class exclusion
-// and orientation check.
+// The per-frame analysis up to the finger candidate: downsampling, colour
+// entry, skin mask, region growing from the seed zones of the entry side, and
+// the choice of the region that best matches the colour and is compact.
+#include <cmath>
+
+#include "detector/rejection.h"
 #include "molo/detector.h"
 #include "support/log.h"
 
+namespace {
+
+constexpr int kFirstRegionLabel = 2;
+constexpr int kLastRegionLabel = 255;
+constexpr int kFlatGradientLimit = 60;
+constexpr int kMinBorderLength = 10;
+constexpr int kFavouredBorderPositions = 10;
+
+// Pixels whose chroma lies within the entry's radius and whose luma is flat
+// become 0xFF in skin_mask. Every pixel's distance is kept in color_dist for
+// the regions' mean distances. Returns the number of skin pixels.
+int build_skin_mask(Molo_FingerDetect& d, float radius) {
+    const int w = d.down_width;
+    const int h = d.down_height;
+    int count = 0;
+    for (int r = 0; r < h; ++r) {
+        const unsigned char* pairs = d.down_vu + (r / 2) * w;
+        for (int c = 0; c < w; ++c) {
+            const unsigned char* pair = pairs + (c & ~1);
+            const float dv = static_cast<float>(pair[1]) - d.ref_v;
+            const float du = static_cast<float>(pair[0]) - d.ref_u;
+            const float dist = std::sqrt(dv * dv + du * du);
+            d.color_dist[r * w + c] = dist;
+            if (dist < radius) {
+                int magnitude;
+                Molo_FingerDetect::Sobel3(d.down_y, r, c, w, h, &magnitude);
+                if (magnitude < kFlatGradientLimit) {
+                    d.skin_mask[r * w + c] = 0xFF;
+                    ++count;
+                }
+            }
+        }
+    }
+    return count;
+}
+
+// Grows one region from every not-yet-grown skin pixel of the entry side's
+// seed zone, in row-major order. Returns one past the last label given, or 0
+// when more regions than labels were found.
+int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char seed_value) {
+    const int w = d.down_width;
+    const int h = d.down_height;
+    int label = kFirstRegionLabel;
+    for (int r = 0; r < h; ++r) {
+        for (int c = 0; c < w; ++c) {
+            const int i = r * w + c;
+            if (d.label_map[i] != 0 || seeds[i] != seed_value) continue;
+            int count = 0;
+            d.ConnectedSet(Pixel{r, c}, 1.0, d.skin_mask, w, h, label, d.label_map, &count);
+            d.region_stats[label].area = static_cast<float>(count);
+            ++label;
+            if (label > kLastRegionLabel) return 0;
+        }
+    }
+    return label;
+}
+
+float mean_color_distance(const Molo_FingerDetect& d, int label) {
+    const int n = d.down_width * d.down_height;
+    float sum = 0.0f;
+    for (int i = 0; i < n; ++i) {
+        if (d.label_map[i] == static_cast<unsigned int>(label)) sum += d.color_dist[i];
+    }
+    return sum / d.region_stats[label].area;
+}
+
+// Among the grown regions that are large enough, touch enough of the entry
+// side's border and are compact, picks the one with the smallest mean colour
+// distance (favoured by one radius when its border starts near the corner).
+// On equal distances the lower label wins. Returns the candidate's area, 0
+// when none qualified.
+int choose_candidate(Molo_FingerDetect& d, int end_label, float radius, float compactness_limit) {
+    float best_bound = 1000.0f;
+    int best_area = 0;
+    for (int label = kFirstRegionLabel; label < end_label; ++label) {
+        RegionStat& stat = d.region_stats[label];
+        if (stat.area < static_cast<float>(d.min_area)) continue;
+        stat.border_length = d.GetBorderLength(label, &stat.border_position);
+        if (stat.border_length <= kMinBorderLength) continue;
+        float m = mean_color_distance(d, label);
+        if (stat.border_position < kFavouredBorderPositions) m -= radius;
+        if (!(m < best_bound)) continue;
+        // The perimeter count carries two fractional bits: a quarter of it is
+        // the perimeter the compactness limits are set for.
+        const unsigned int count =
+            d.compute_perimeter(d.label_map, d.down_width, d.down_height, label);
+        const double perimeter = static_cast<double>(count) / 4.0;
+        const float compactness =
+            static_cast<float>(perimeter / std::sqrt(static_cast<double>(stat.area)));
+        if (!(compactness < compactness_limit)) continue;
+        d.best_label = label;
+        best_bound = m;
+        stat.compactness = compactness;
+        d.best_compactness = compactness;
+        best_area = static_cast<int>(stat.area);
+    }
+    return best_area;
+}
+
+int largest_area(const Molo_FingerDetect& d, int end_label) {
+    float largest = 0.0f;
+    for (int label = kFirstRegionLabel; label < end_label; ++label) {
+        if (d.region_stats[label].area > largest) largest = d.region_stats[label].area;
+    }
+    return static_cast<int>(largest);
+}
+
+}  // namespace
+
 int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, int orientation_,
                                bool do_downsample, int stride, int ds_mode,
-                               float /*capture_gain*/, int /*color_temp*/, int* /*pos_row*/,
-                               int* /*pos_col*/) {
+                               float /*capture_gain*/, int /*color_temp*/, int* pos_row,
+                               int* pos_col) {
     // A detector without working planes (never or not successfully
     // initialised, or finalised) has nothing to analyse.
     if (down_y == nullptr) return 0;
@@ -22,7 +135,7 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     // detection is held the entry stays frozen. A detector driven directly,
     // before any warm-up call has set db_count, uses entry 0.
     if (have_detect == 0) db_index = db_count > 0 ? frame_count % db_count : 0;
-    const FingerColor& entry = finger_db[db_index];
+    const FingerColor entry = finger_db[db_index];
 
     const bool excluded = (light_class == 1 && (entry.kind == 3 || entry.kind == 4)) ||
                           (light_class == 2 && entry.kind == 3) ||
@@ -45,6 +158,34 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
         return 0;
     }
 
-    busy = 0;
-    return 0;
+    const int w = down_width;
+    const int h = down_height;
+    const int n = w * h;
+    const bool small_tone = entry.kind == 3 || entry.kind == 4;
+    min_area = static_cast<int>(static_cast<float>(n) * 0.0023f);
+    max_area = static_cast<int>(static_cast<float>(n) * (small_tone ? 0.05f : 0.12f));
+
+    for (int i = 0; i < n; ++i) skin_mask[i] = 0;
+    const int skin_count = build_skin_mask(*this, entry.radius);
+    skin_ratio = static_cast<float>(skin_count) / static_cast<float>(n);
+    if (skin_ratio > 0.3f) return molo::reject(*this, "%d:too many finger pixel at all over area\n");
+
+    for (int i = 0; i < n; ++i) label_map[i] = skin_mask[i] == 0 ? 1 : 0;
+
+    const unsigned char* seeds = small_tone ? seed_map_band : seed_map_full;
+    const unsigned char seed_value = orientation == 0 ? 1 : 2;
+    const int end_label = grow_regions(*this, seeds, seed_value);
+    if (end_label == 0) {
+        return molo::reject(*this, "%d:too many skin tone area. it should not be a finger.\n");
+    }
+
+    const float compactness_limit = entry.kind == 3 ? 1.1f : 1.42f;
+    const int best_area = choose_candidate(*this, end_label, entry.radius, compactness_limit);
+    if (best_area > max_area) return molo::reject(*this, "%d:area is too big.\n");
+    if (best_area < min_area) {
+        const int largest = log_enabled != 0 ? largest_area(*this, end_label) : 0;
+        return molo::reject(*this, "%d:area is too small or big eccentricity. max_area was:%d\n",
+                            largest);
+    }
+    return molo::decide(*this, best_area, pos_row, pos_col);
 }

@@ -12,6 +12,11 @@ public:
     ScopedDetector(int working_width, int working_height) {
         d.Initialize(working_width * 8, working_height * 8, nullptr);
     }
+    struct Preview {
+        int width;
+        int height;
+    };
+    explicit ScopedDetector(Preview preview) { d.Initialize(preview.width, preview.height, nullptr); }
     ~ScopedDetector() { d.Finalize(nullptr, 0); }
     ScopedDetector(const ScopedDetector&) = delete;
     ScopedDetector& operator=(const ScopedDetector&) = delete;

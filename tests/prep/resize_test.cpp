@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "common/detector_fixture.h"
+#include "common/log_capture.h"
+
+namespace {
+
+// A chroma plane of `pairs` x `rows` pairs whose bytes encode their position.
+std::vector<uint8_t> numbered_chroma(int pairs, int rows) {
+    std::vector<uint8_t> vu(static_cast<size_t>(pairs) * 2 * rows);
+    for (int r = 0; r < rows; ++r) {
+        for (int p = 0; p < pairs; ++p) {
+            vu[(r * pairs + p) * 2] = static_cast<uint8_t>(r * 3 + p);
+            vu[(r * pairs + p) * 2 + 1] = static_cast<uint8_t>(200 - r - 2 * p);
+        }
+    }
+    return vu;
+}
+
+}  // namespace
+
+TEST(Resize, HalvingAveragesTwoByTwoPairsAndSkipsTheLastRow) {
+    ScopedDetector d(8, 8);
+    LogCapture log;
+    std::vector<uint8_t> in = numbered_chroma(320, 240);
+    std::vector<uint8_t> luma(320 * 240, 77);
+    std::vector<uint8_t> out(320 * 120, 0xEE);
+    d->resize(nullptr, in.data(), luma.data(), out.data(), 640, 640, 480, 320, 240);
+    for (int r = 0; r < 119; ++r) {
+        for (int c = 0; c < 160; ++c) {
+            int a = 0;
+            int b = 0;
+            for (int y = 2 * r; y < 2 * r + 2; ++y) {
+                for (int x = 2 * c; x < 2 * c + 2; ++x) {
+                    a += in[(y * 320 + x) * 2];
+                    b += in[(y * 320 + x) * 2 + 1];
+                }
+            }
+            ASSERT_EQ(out[r * 320 + 2 * c], a / 4) << r << "," << c;
+            ASSERT_EQ(out[r * 320 + 2 * c + 1], b / 4) << r << "," << c;
+        }
+    }
+    for (int i = 119 * 320; i < 120 * 320; ++i) ASSERT_EQ(out[i], 0xEE);  // row 119 untouched
+    EXPECT_EQ(luma, std::vector<uint8_t>(320 * 240, 77));
+    EXPECT_TRUE(log.messages().empty());
+}
+
+TEST(Resize, SameSizeCopiesPairs) {
+    ScopedDetector d(8, 8);
+    std::vector<uint8_t> in = numbered_chroma(8, 8);
+    std::vector<uint8_t> out(16 * 8, 0);
+    d->resize(nullptr, in.data(), nullptr, out.data(), 16, 16, 16, 16, 16);
+    EXPECT_TRUE(std::equal(in.begin(), in.begin() + 16 * 7, out.begin()));
+}
+
+TEST(Resize, EmptyBlockKeepsThePairAndLogs) {
+    // Enlarging 2x: scale 0.5, so pair 1 of each row gets the empty block [1, 1).
+    ScopedDetector d(8, 8);
+    LogCapture log;
+    std::vector<uint8_t> in = numbered_chroma(4, 4);
+    std::vector<uint8_t> out(16 * 8, 0xEE);
+    d->resize(nullptr, in.data(), nullptr, out.data(), 8, 8, 8, 16, 16);
+    EXPECT_EQ(out[0], in[0]);
+    EXPECT_EQ(out[2], 0xEE);
+    EXPECT_EQ(out[3], 0xEE);
+    const auto messages = log.messages();
+    ASSERT_FALSE(messages.empty());
+    for (const auto& m : messages) EXPECT_EQ(m, (LoggedMessage{6, "Error! maybe?"}));
+}
+
+TEST(Resize, TooFewOutputRowsDoNothing) {
+    ScopedDetector d(8, 8);
+    LogCapture log;
+    std::vector<uint8_t> in = numbered_chroma(4, 4);
+    std::vector<uint8_t> out(16 * 2, 0xEE);
+    d->resize(nullptr, in.data(), nullptr, out.data(), 8, 8, 8, 16, 2);
+    EXPECT_EQ(out, std::vector<uint8_t>(32, 0xEE));
+    EXPECT_TRUE(log.messages().empty());
+}
