@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "MoloFingerDetect.h"
+#include "api/light_class.h"
+#include "common/log_capture.h"
+#include "common/synthetic_frame.h"
+
+namespace {
+
+// A live handle for a 640 x 480 preview, finalised when the test ends.
+struct Handle {
+    Handle() : h(MoloFinDetect_Initialize(nullptr, 640, 480, nullptr)) {}
+    ~Handle() { MoloFinDetect_Finalize(h, nullptr, 0); }
+    Molo_FingerDetect* operator->() const { return static_cast<Molo_FingerDetect*>(h); }
+    void* h;
+};
+
+int execute(Handle& handle, Nv21Frame& f, int orientation = 0, float gain = 2.0f,
+            int kelvin = 5000) {
+    int row = -1;
+    int col = -1;
+    return MoloFinDetect_Execute(handle.h, f.y_plane(), f.vu_plane(), orientation, f.stride, 1,
+                                 gain, kelvin, &row, &col);
+}
+
+}  // namespace
+
+TEST(LightClass, KelvinAndGainLimits) {
+    using molo::light_class_of;
+    EXPECT_EQ(light_class_of(5.0f, 3899), 3);
+    EXPECT_EQ(light_class_of(5.0f, 3900), 1);
+    EXPECT_EQ(light_class_of(4.5f, 3000), 1);
+    EXPECT_EQ(light_class_of(4.5f, 2999), 3);
+    EXPECT_EQ(light_class_of(1.0f, 5000), 2);
+    EXPECT_EQ(light_class_of(1.0f, 2999), 3);
+    EXPECT_EQ(light_class_of(1.02f, 5000), 1);
+    EXPECT_EQ(light_class_of(1.0199f, 5000), 2);
+    EXPECT_EQ(light_class_of(4.5001f, 3000), 3);  // above 4.5 the warm limit is 3900
+}
+
+TEST(CApi, ArgumentChecksAndResults) {
+    unsigned char byte = 0;
+    int row = 0, col = 0;
+    // A null plane is reported before the null handle.
+    EXPECT_EQ(MoloFinDetect_Execute(nullptr, &byte, nullptr, 0, 640, 1, 1, 5000, &row, &col), -12);
+    EXPECT_EQ(MoloFinDetect_Execute(nullptr, nullptr, &byte, 0, 640, 1, 1, 5000, &row, &col), -12);
+    EXPECT_EQ(MoloFinDetect_Execute(nullptr, &byte, &byte, 0, 640, 1, 1, 5000, &row, &col), 0);
+    EXPECT_EQ(MoloFinDetect_Verification(nullptr, nullptr, &byte, 0, 0, 0, 0), -12);
+    EXPECT_EQ(MoloFinDetect_Verification(nullptr, &byte, &byte, 0, 0, 0, 0), 0);
+    EXPECT_EQ(MoloFinDetect_Finalize(nullptr, nullptr, 1), 0);
+
+    Handle h;
+    ASSERT_NE(h.h, nullptr);
+    EXPECT_EQ(MoloFinDetect_Verification(h.h, &byte, &byte, 1, 2, 3, 4), 0);
+    Nv21Frame narrow(640, 480, 0, 0, 0);
+    EXPECT_EQ(MoloFinDetect_Execute(h.h, narrow.y_plane(), narrow.vu_plane(), 0, 639, 1, 1.0f,
+                                    5000, &row, &col),
+              MOLO_FD_BAD_STRIDE);
+    EXPECT_EQ(h->frame_count, 0);
+}
+
+TEST(CApi, InitializeKeepsALiveHandle) {
+    Handle h;
+    h->frame_count = 7;
+    EXPECT_EQ(MoloFinDetect_Initialize(h.h, 1920, 1080, nullptr), h.h);
+    EXPECT_EQ(h->frame_count, 7);
+    EXPECT_EQ(h->down_width, 80);
+}
+
+TEST(CApi, UnusableSizeGivesNullAndTheFailureMessage) {
+    LogCapture log;
+    EXPECT_EQ(MoloFinDetect_Initialize(nullptr, 640, 16, nullptr), nullptr);
+    const auto messages = log.messages();
+    ASSERT_EQ(messages.size(), 2u);  // the banner, then the failure
+    EXPECT_EQ(messages[1], (LoggedMessage{3, "MoloFinDetect_Initializ (-1)\n"}));
+}
+
+TEST(CApi, WarmUpTriesEveryColourEntryOnce) {
+    Handle h;
+    Nv21Frame grey(640, 480, 128, 128, 128);  // no finger tone anywhere
+    EXPECT_EQ(execute(h, grey), 0);
+    EXPECT_EQ(h->db_count, 5);
+    EXPECT_EQ(h->light_class, 1);
+    EXPECT_EQ(h->frame_count, 5);
+    EXPECT_EQ(h->db_index, 4);
+    EXPECT_EQ(execute(h, grey, 0, 1.0f, 5000), 0);
+    EXPECT_EQ(h->light_class, 2);
+    EXPECT_EQ(h->frame_count, 10);
+}
+
+TEST(CApi, ExcludedEntriesAdvanceTheCounterWithoutAnalysis) {
+    // Class 3 (warm light) skips the kind-4 entry (index 3): its frame is not
+    // analysed, so the last analysed frame's figures stay in place.
+    Handle h;
+    Nv21Frame grey(640, 480, 128, 128, 128);
+    h->db_count = 5;
+    h->light_class = 3;
+    for (int i = 0; i < 3; ++i) h->execute(grey.y_plane(), grey.vu_plane(), 0, i == 0, 640, 1, 0, 0, nullptr, nullptr);
+    const float ref_u = h->ref_u;
+    EXPECT_EQ(ref_u, h->finger_db[2].ref_u);
+    EXPECT_EQ(h->execute(grey.y_plane(), grey.vu_plane(), 0, false, 640, 1, 0, 0, nullptr, nullptr), 0);
+    EXPECT_EQ(h->frame_count, 4);
+    EXPECT_EQ(h->db_index, 3);
+    EXPECT_EQ(h->ref_u, ref_u);  // entry 3 was skipped
+    EXPECT_EQ(h->busy, 0);
+}
+
+TEST(CApi, WrongOrientationLocksTheDetectorOut) {
+    Handle h;
+    LogCapture log;
+    Nv21Frame grey(640, 480, 128, 128, 128);
+    EXPECT_EQ(execute(h, grey, 2), 0);
+    EXPECT_EQ(h->busy, 1);
+    const int frames = h->frame_count;
+    EXPECT_EQ(frames, 1);  // the first call locked the detector; the others bounced
+    EXPECT_EQ(execute(h, grey, 0), 0);
+    EXPECT_EQ(h->frame_count, frames);
+    EXPECT_EQ(log.messages(), (std::vector<LoggedMessage>{{6, "error! orientation is wrong.\n"}}));
+}
+
+TEST(CApi, DirectExecuteBeforeWarmUpUsesEntryZero) {
+    Handle h;
+    Nv21Frame grey(640, 480, 128, 128, 128);
+    EXPECT_EQ(h->db_count, 0);
+    h->frame_count = 3;
+    EXPECT_EQ(h->execute(grey.y_plane(), grey.vu_plane(), 0, true, 640, 1, 1.0f, 5000, nullptr, nullptr), 0);
+    EXPECT_EQ(h->db_index, 0);
+    EXPECT_EQ(h->ref_u, h->finger_db[0].ref_u);
+}
