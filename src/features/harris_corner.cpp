@@ -1,3 +1,103 @@
-#include "molo/detector.h"
+// Harris corner map of the candidate's outline. The 0/1 finger mask is
+// differentiated with the 7 x 7 operator over the bounding box grown by 3,
+// the gradient products are smoothed with the 7 x 7 Gaussian weights, and the
+// integer Harris measure is evaluated on outline pixels only. Both passes are
+// parallel row loops; each row writes only its own row of its output planes.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
-int Molo_FingerDetect::HarrisCorner() { return 0; }
+#include "features/harris_response.h"
+#include "molo/detector.h"
+#include "molo/support.h"
+#include "prep/parallel_rows.h"
+
+namespace {
+
+// Half-size of the smoothing window, which matches the 7 x 7 blur kernel.
+constexpr int kHalf = 3;
+
+}  // namespace
+
+int Molo_FingerDetect::HarrisCorner() {
+    const int w = down_width;
+    const int h = down_height;
+    const size_t cells = static_cast<size_t>(w) * static_cast<size_t>(h);
+    std::memset(grad_xx, 0, cells * sizeof(int));
+    std::memset(grad_yy, 0, cells * sizeof(int));
+    std::memset(grad_xy, 0, cells * sizeof(int));
+
+    // Differentiated area: the box grown by the smoothing half-size, kept at
+    // least 4 inside the grid so the 7 x 7 operator stays within the plane.
+    // The ends are exclusive and also bound the straight-line walk.
+    const int r0 = std::max(box_top - kHalf, 4);
+    const int c0 = std::max(box_left - kHalf, 4);
+    scan_row_end = std::min(box_bottom + kHalf, h - 4);
+    scan_col_end = std::min(box_right + kHalf, w - 4);
+
+    // A derivative is at most 69 times the largest mask byte in magnitude, so
+    // the products fit in int for any mask; the cross product is stored doubled.
+    auto differentiate = [&](int k) {
+        const int row = r0 + k;
+        const size_t base = static_cast<size_t>(row) * w;
+        for (int c = c0; c < scan_col_end; ++c) {
+            int v = 0;
+            int hz = 0;
+            Derivative(finger_mask, row, c, w, &v, &hz);
+            grad_yy[base + c] = v * v;
+            grad_xx[base + c] = hz * hz;
+            grad_xy[base + c] = 2 * v * hz;
+        }
+    };
+    if (r0 < scan_row_end) molo::parallel_rows(scan_row_end - r0, differentiate);
+
+    // The second pass reads product rows up to 3 away, so it starts only once
+    // the first has returned.
+    std::memset(corner_response, 0, cells * sizeof(int));
+    const int sum = blur_kernel_sum;
+    auto respond = [&](int k) {
+        const int row = kHalf + k;
+        const size_t base = static_cast<size_t>(row) * w;
+        for (int c = kHalf; c < w - kHalf; ++c) {
+            if (edge_map[base + c] != 1) continue;
+            // Weighted window sums in 32 bits, wrapping like the rest of the
+            // measure (they fit for a 0/1 mask, not for arbitrary bytes).
+            uint32_t sxx = 0;
+            uint32_t syy = 0;
+            uint32_t sxy = 0;
+            for (int r = 0; r < 2 * kHalf + 1; ++r) {
+                const int* weights = blur_kernel[r];
+                const size_t at = static_cast<size_t>(row - kHalf + r) * w + (c - kHalf);
+                for (int q = 0; q < 2 * kHalf + 1; ++q) {
+                    const uint32_t wt = static_cast<uint32_t>(weights[q]);
+                    sxx += wt * static_cast<uint32_t>(grad_xx[at + q]);
+                    syy += wt * static_cast<uint32_t>(grad_yy[at + q]);
+                    sxy += wt * static_cast<uint32_t>(grad_xy[at + q]);
+                }
+            }
+            const int a = molo::wrap_int32(sxx) / sum;
+            const int b = molo::wrap_int32(syy) / sum;
+            const int cross = molo::wrap_int32(sxy) / sum;
+            corner_response[base + c] = molo::harris_response(a, b, cross);
+        }
+    };
+    if (kHalf < h - kHalf) molo::parallel_rows(h - 2 * kHalf, respond);
+
+    // Strongest response, first in row-major order on ties; nothing positive
+    // leaves the position at (0, 0).
+    corner_row = 0;
+    corner_col = 0;
+    int best = 0;
+    for (int row = kHalf; row < h - kHalf; ++row) {
+        const int* line = corner_response + static_cast<size_t>(row) * w;
+        for (int c = kHalf; c < w - kHalf; ++c) {
+            if (line[c] > best) {
+                best = line[c];
+                corner_row = row;
+                corner_col = c;
+            }
+        }
+    }
+    return best;
+}

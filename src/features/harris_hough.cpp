@@ -1,3 +1,96 @@
-#include "molo/detector.h"
+// Corner-and-line check of the chosen candidate: a finger's outline is
+// rounded, so strong corners combined with long straight lines mark an
+// object that is not a finger. The holes of the region are filled, its
+// outline traced, its straightness scored with the Hough accumulator and its
+// sharpest corner found with the Harris map; the verdict combines the two.
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
 
-bool Molo_FingerDetect::HarrisHough() { return true; }
+#include "features/corner_line_verdict.h"
+#include "features/hough_rho.h"
+#include "molo/detector.h"
+#include "support/float_to_int.h"
+
+bool Molo_FingerDetect::HarrisHough() {
+    FillInGap();
+
+    const int w = down_width;
+    const int h = down_height;
+    // The box is kept off the first row and column. A box that collapses to
+    // one row or one column is rejected before the outline is traced, so
+    // edge_map keeps its contents; one that collapses further (a region on
+    // row 0 or column 0 alone, whose first row or column passes its last) is
+    // not rejected and goes on with an empty outline.
+    const int r0 = std::max(box_top, 1);
+    const int r1 = std::min(box_bottom, h - 1);
+    const int c0 = std::max(box_left, 1);
+    const int c1 = std::min(box_right, w - 1);
+    if (r0 == r1 || c0 == c1) return false;
+
+    // Outline: region pixels with a non-zero 3 x 3 gradient of the mask.
+    std::memset(edge_map, 0, static_cast<size_t>(w) * static_cast<size_t>(h));
+    edge_count = 0;
+    for (int row = r0; row <= r1; ++row) {
+        for (int col = c0; col <= c1; ++col) {
+            const size_t i = static_cast<size_t>(row) * w + col;
+            if (finger_mask[i] != 1) continue;
+            int magnitude = 0;
+            Sobel3(finger_mask, row, col, w, h, &magnitude);
+            if (magnitude > 0) {
+                edge_map[i] = 1;
+                ++edge_count;
+            }
+        }
+    }
+
+    const double score = HoughLine();
+    const int corner = HarrisCorner();
+    // An empty outline scores NaN, which counts as no straightness at all.
+    const int hough_score = molo::to_int_sat(score * 10000000.0);
+
+    molo::CornerLineFigures figures{};
+    figures.corner = corner;
+    figures.hough_score = hough_score;
+    figures.line_dist_sum = line_dist_sum;
+    figures.line_longest_run = line_longest_run;
+    figures.second_longest_run = second_longest_run;
+    figures.second_votes = second_votes;
+    figures.edge_count = edge_count;
+    figures.peak_angle = peak_angle;
+    figures.second_angle = second_angle;
+    figures.corner_row = corner_row;
+    figures.corner_col = corner_col;
+    figures.grid_width = w;
+    figures.grid_height = h;
+    molo::CornerLinePlacement placement{cross_row, cross_col, corner_line_dist};
+
+    // The pixel of the whole grid closest to both lines, measured in whole
+    // rho steps; the first one met wins ties.
+    auto find_crossing = [this, w, h](molo::CornerLinePlacement& p) {
+        const float main_rho = static_cast<float>(peak_rho);
+        const float other_rho = static_cast<float>(second_rho);
+        float best = 100.0f;
+        for (int row = 0; row < h; ++row) {
+            for (int col = 0; col < w; ++col) {
+                const int d1 = std::abs(
+                    molo::to_int_sat(main_rho - molo::rho_position(*this, row, col, peak_angle)));
+                const int d2 = std::abs(molo::to_int_sat(
+                    other_rho - molo::rho_position(*this, row, col, second_angle)));
+                const float total = static_cast<float>(d1) + static_cast<float>(d2);
+                if (total < best) {
+                    best = total;
+                    p.cross_row = row;
+                    p.cross_col = col;
+                }
+            }
+        }
+    };
+
+    const bool pass = molo::corner_line_verdict(figures, placement, find_crossing);
+    cross_row = placement.cross_row;
+    cross_col = placement.cross_col;
+    corner_line_dist = placement.corner_line_dist;
+    return pass;
+}

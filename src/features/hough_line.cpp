@@ -1,3 +1,159 @@
-#include "molo/detector.h"
+// Hough line accumulator over the candidate's outline: how much of the
+// outline is one straight line. Every outline pixel in the bounding box votes
+// for the 180 lines through it; the strongest line and the strongest line
+// clear of its angular neighbourhood are measured for their longest on-line
+// run, and the shape of the vote profile around the strongest angle gives
+// the straightness score.
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
 
-double Molo_FingerDetect::HoughLine() { return 0.0; }
+#include "features/hough_rho.h"
+#include "molo/detector.h"
+#include "support/float_to_int.h"
+
+namespace {
+
+// Angles on either side of the strongest one that form its neighbourhood.
+constexpr int kNearHalf = 15;
+constexpr int kNearCount = 2 * kNearHalf + 1;
+
+struct RunFigures {
+    int run;
+    int longest;
+    float dist_sum;
+};
+
+// Walks the box in row-major order and measures the longest run of outline
+// pixels lying on the line (angle, rho). The distance is truncated before the
+// test, so a pixel within less than one rho step counts as on the line, and
+// on-line distances are therefore always 0. Pixels off the outline neither
+// extend nor break a run; a run carries over from one row to the next.
+RunFigures measure_run(const Molo_FingerDetect& d, int angle, int rho) {
+    RunFigures f{0, 0, 0.0f};
+    const float target = static_cast<float>(rho);
+    for (int row = d.box_top; row <= d.box_bottom; ++row) {
+        const unsigned char* line = d.edge_map + static_cast<size_t>(row) * d.down_width;
+        for (int col = d.box_left; col <= d.box_right; ++col) {
+            if (line[col] != 1) continue;
+            const int dist =
+                std::abs(molo::to_int_sat(target - molo::rho_position(d, row, col, angle)));
+            if (dist < 1) {
+                ++f.run;
+                f.dist_sum += static_cast<float>(dist);
+            } else {
+                if (f.run > f.longest) f.longest = f.run;
+                f.run = 0;
+            }
+        }
+    }
+    if (f.run > f.longest) f.longest = f.run;
+    return f;
+}
+
+}  // namespace
+
+double Molo_FingerDetect::HoughLine() {
+    const int angles = hough_angles;
+    // The nearest rho index can reach hough_rho_count (the far corner of some
+    // grids); those votes land in the spare row after the accumulator, which
+    // no scan reads. It is cleared with the rest so its counts stay bounded.
+    std::memset(
+        hough_acc, 0,
+        static_cast<size_t>(hough_rho_count + 1) * static_cast<size_t>(angles) * sizeof(int));
+
+    for (int row = box_top; row <= box_bottom; ++row) {
+        const unsigned char* line = edge_map + static_cast<size_t>(row) * down_width;
+        for (int col = box_left; col <= box_right; ++col) {
+            if (line[col] != 1) continue;
+            for (int a = 0; a < angles; ++a) {
+                const int r = molo::to_int_sat(molo::rho_position(*this, row, col, a));
+                ++hough_acc[static_cast<size_t>(r) * angles + a];
+            }
+        }
+    }
+
+    // Strongest cell: rho outer, angle inner, first one kept on ties.
+    peak_votes = 0;
+    peak_angle = 0;
+    peak_rho = 0;
+    for (int r = 0; r < hough_rho_count; ++r) {
+        const int* cells = hough_acc + static_cast<size_t>(r) * angles;
+        for (int a = 0; a < angles; ++a) {
+            if (cells[a] > peak_votes) {
+                peak_votes = cells[a];
+                peak_angle = a;
+                peak_rho = r;
+            }
+        }
+    }
+
+    // Vote profile over the 31 angles around the peak, wrapped into [0, 180).
+    float profile[kNearCount];
+    double sum = 0.0;
+    double sum_sq = 0.0;
+    for (int j = 0; j < kNearCount; ++j) {
+        int k = peak_angle - kNearHalf + j;
+        if (k < 0) {
+            k += 180;
+        } else if (k > 179) {
+            k -= 180;
+        }
+        near_angles[j] = k;
+        int most = 0;
+        for (int r = 0; r < hough_rho_count; ++r) {
+            const int votes = hough_acc[static_cast<size_t>(r) * angles + k];
+            if (votes > most) most = votes;
+        }
+        profile[j] = static_cast<float>(most) / static_cast<float>(edge_count);
+        sum += static_cast<double>(profile[j]);
+        sum_sq += static_cast<double>(profile[j] * profile[j]);
+    }
+
+    // Second line: the strongest cell outside the neighbourhood, angle outer
+    // and rho inner. Its angle and rho keep their previous values when no cell
+    // has a vote.
+    second_votes = 0;
+    for (int a = 0; a < angles; ++a) {
+        bool near = false;
+        for (int j = 0; j < kNearCount; ++j) {
+            if (near_angles[j] == a) near = true;
+        }
+        if (near) continue;
+        for (int r = 0; r < hough_rho_count; ++r) {
+            const int votes = hough_acc[static_cast<size_t>(r) * angles + a];
+            if (votes > second_votes) {
+                second_votes = votes;
+                second_angle = a;
+                second_rho = r;
+            }
+        }
+    }
+
+    // The run measure reads only the outline, so measuring the main line once
+    // here gives the same figures as measuring it right after the peak search.
+    const RunFigures main_line = measure_run(*this, peak_angle, peak_rho);
+    line_run = main_line.run;
+    line_longest_run = main_line.longest;
+    line_dist_sum = main_line.dist_sum;
+    const RunFigures second_line = measure_run(*this, second_angle, second_rho);
+    second_run = second_line.run;
+    second_longest_run = second_line.longest;
+    second_dist_sum = second_line.dist_sum;
+
+    // A sharp profile (strong centre, weak flanks) with high variance means
+    // a dominant straight line. The three angles between centre and flanks on
+    // each side take part in neither.
+    float centre = profile[13];
+    for (int j = 14; j <= 17; ++j) centre += profile[j];
+    centre /= 5.0f;
+    float flanks = profile[0];
+    for (int j = 1; j <= 9; ++j) flanks += profile[j];
+    for (int j = 21; j <= 30; ++j) flanks += profile[j];
+    flanks /= 20.0f;
+    const float ratio = centre / flanks;
+    const double variance = sum_sq / 31.0 - (sum / 31.0) * (sum / 31.0);
+    return static_cast<double>(ratio) *
+           (static_cast<double>(peak_votes) / static_cast<double>(edge_count) * variance * 10.0 *
+            static_cast<double>(ratio));
+}

@@ -1,0 +1,189 @@
+// The tests applied to a chosen candidate, on hand-made working images.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "common/detector_fixture.h"
+#include "common/log_capture.h"
+#include "detector/rejection.h"
+
+namespace {
+
+constexpr unsigned int kLabel = 2;
+
+// An 80 x 60 grid of luma 120 and chroma (100, 160), no label but 1, with
+// logging on and entry 0 (kind 1) active.
+struct Candidate {
+    Candidate() : d(80, 60) {
+        const int n = d.cells();
+        for (int i = 0; i < n; ++i) {
+            d->down_y[i] = 120;
+            d->label_map[i] = 1;
+            d->skin_mask[i] = 0;
+        }
+        for (int i = 0; i < n / 2; i += 2) {
+            d->down_vu[i] = 100;
+            d->down_vu[i + 1] = 160;
+        }
+        d->log_enabled = 1;
+        d->db_index = 0;
+        d->orientation = 0;
+        d->best_label = kLabel;
+        d->skin_ratio = 0.01f;
+    }
+
+    // Labels rows [r0, r1) x columns [c0, c1) as the candidate with the
+    // given luma and chroma; returns the area painted so far.
+    int paint(int r0, int r1, int c0, int c1, uint8_t luma = 120, uint8_t first = 147,
+              uint8_t second = 117) {
+        for (int r = r0; r < r1; ++r) {
+            for (int c = c0; c < c1; ++c) {
+                d->label_map[d.index(r, c)] = kLabel;
+                d->skin_mask[d.index(r, c)] = 0xFF;
+                d->down_y[d.index(r, c)] = luma;
+                d->down_vu[(r / 2) * 80 + (c & ~1)] = first;
+                d->down_vu[(r / 2) * 80 + (c & ~1) + 1] = second;
+            }
+        }
+        area_ += (r1 - r0) * (c1 - c0);
+        return area_;
+    }
+
+    // Runs the decision chain and returns its single message ("" for none).
+    std::string decide(int border_length) {
+        d->region_stats[kLabel].border_length = border_length;
+        LogCapture log;
+        int row = -1, col = -1;
+        result_ = molo::decide(*d, area_, &row, &col);
+        const auto texts = log.texts();
+        return texts.empty() ? "" : texts.front();
+    }
+
+    ScopedDetector d;
+    int area_ = 0;
+    int result_ = -1;
+};
+
+const std::string kShape = "0:Not finger shape.\n";
+
+}  // namespace
+
+TEST(Decision, TallRegionOnTheLeftEdgeNeedsBorderAndHeight) {
+    Candidate t;
+    t.paint(20, 40, 0, 10);
+    EXPECT_EQ(t.decide(16), kShape);  // 16 * 1.2 < 20 rows
+    EXPECT_EQ(t.d->box_top, 20);
+    EXPECT_EQ(t.d->box_bottom, 39);
+    EXPECT_EQ(t.d->box_left, 0);
+    EXPECT_EQ(t.d->box_right, 9);
+    EXPECT_EQ(t.d->busy, 0);
+    EXPECT_EQ(t.d->have_detect, 0);
+    EXPECT_NE(t.decide(17), kShape);  // 17 * 1.2 >= 20, and taller than wide
+}
+
+TEST(Decision, RightEdgeRowsTestBoxLeftSoMirrorImagesDiffer) {
+    Candidate t;
+    // Wider than tall on the left edge: the tall test fails it.
+    t.paint(20, 30, 0, 30);
+    EXPECT_EQ(t.decide(10), kShape);
+    // Its mirror image on the right edge is not confined to the last column,
+    // so it takes the plain test and passes the shape step.
+    Candidate mirror;
+    mirror.d->orientation = 1;
+    mirror.paint(20, 30, 50, 80);
+    EXPECT_NE(mirror.decide(10), kShape);
+}
+
+TEST(Decision, WideRegionOnTheBottomEdge) {
+    Candidate t;
+    t.paint(50, 60, 20, 60);  // touches only the bottom edge
+    EXPECT_EQ(t.decide(32), kShape);  // 32 * 1.2 < 40 columns
+    EXPECT_NE(t.decide(34), kShape);
+}
+
+TEST(Decision, UnanchoredRegionMustReachThreeThousandthsOfTheGrid) {
+    Candidate t;
+    t.paint(20, 23, 3, 7);  // 12 cells, needs 60 * 0.003 * 80 = 14.4
+    EXPECT_EQ(t.decide(0), "0:position at middle but size is too small.\n");
+    // Anchored at the bottom corner of the entry side: top > 10, bottom >= h - 10.
+    Candidate anchored;
+    anchored.paint(20, 21, 3, 7);
+    anchored.paint(50, 51, 3, 7);
+    anchored.paint(21, 50, 3, 4);
+    EXPECT_NE(anchored.decide(0), "0:position at middle but size is too small.\n");
+}
+
+TEST(Decision, DarkRegionMustBeSixtyLevelsBelowItsSurround) {
+    Candidate t;
+    for (int i = 0; i < t.d.cells(); ++i) t.d->down_y[i] = 70;
+    t.paint(0, 20, 0, 12, 20);  // anchored, mean luma 20, surround 70
+    EXPECT_EQ(t.decide(20), "0:Finger too dark.\n");
+
+    Candidate darker;
+    for (int i = 0; i < darker.d.cells(); ++i) darker.d->down_y[i] = 81;
+    darker.paint(0, 20, 0, 12, 20);  // 81 - 20 >= 60
+    EXPECT_NE(darker.decide(20), "0:Finger too dark.\n");
+
+    Candidate dim;  // mean luma 30 skips the darkness test
+    for (int i = 0; i < dim.d.cells(); ++i) dim.d->down_y[i] = 70;
+    dim.paint(0, 20, 0, 12, 30);
+    EXPECT_NE(dim.decide(20), "0:Finger too dark.\n");
+}
+
+TEST(Decision, BrightRegionsAreGreyObjectsOnlyForKindsTwoAndFour) {
+    for (int entry = 0; entry < 5; ++entry) {
+        Candidate t;
+        t.d->db_index = entry;
+        t.paint(0, 20, 0, 12, 101);
+        const std::string message = t.decide(20);
+        const int kind = t.d->finger_db[entry].kind;
+        const std::string grey = std::to_string(entry) + ":gray object.\n";
+        if (kind == 2 || kind == 4) {
+            EXPECT_EQ(message, grey) << "entry " << entry;
+        } else {
+            EXPECT_NE(message, grey) << "entry " << entry;
+        }
+    }
+}
+
+TEST(Decision, CommonColourElsewhereRejects) {
+    const std::string similar =
+        "0:Similar finger cololr exist much. so not sure it is really finger.\n";
+    // 300 skin pixels (over 5 % of the grid) of the candidate's chroma
+    // elsewhere, with the given luma.
+    auto scene = [](Candidate& t, uint8_t luma, float skin_ratio) {
+        t.paint(0, 20, 0, 12);
+        for (int r = 30; r < 60; ++r) {
+            for (int c = 40; c < 50; ++c) {
+                t.d->skin_mask[t.d.index(r, c)] = 0xFF;
+                t.d->down_y[t.d.index(r, c)] = luma;
+                t.d->down_vu[(r / 2) * 80 + (c & ~1)] = 147;
+                t.d->down_vu[(r / 2) * 80 + (c & ~1) + 1] = 117;
+            }
+        }
+        t.d->skin_ratio = skin_ratio;
+    };
+    // Other luma: only the chroma check among skin pixels sees them, and it
+    // runs only when skin covers over 5 % of the grid.
+    Candidate skin_check;
+    scene(skin_check, 200, 0.06f);
+    EXPECT_EQ(skin_check.decide(20), similar);
+    Candidate no_skin_check;
+    scene(no_skin_check, 200, 0.05f);
+    EXPECT_NE(no_skin_check.decide(20), similar);
+    // Same luma and chroma: counted whatever the skin share.
+    Candidate all_pixels;
+    scene(all_pixels, 120, 0.0f);
+    EXPECT_EQ(all_pixels.decide(20), similar);
+}
+
+TEST(Decision, OneRowRegionFailsTheCornerAndLineCheck) {
+    Candidate t;
+    t.paint(5, 6, 3, 23);  // plain placement, anchored at the top-left corner
+    EXPECT_EQ(t.decide(1), "0:HarrisHough detection.\n");
+    EXPECT_EQ(t.result_, 0);
+    // The region was copied into the finger mask before the check.
+    EXPECT_EQ(t.d->finger_mask[t.d.index(5, 3)], 1);
+    EXPECT_EQ(t.d->finger_mask[t.d.index(6, 3)], 0);
+}
