@@ -43,6 +43,12 @@ struct FrameResult {
     }
 };
 
+struct ClipRun {
+    std::vector<FrameResult> results;
+    std::vector<std::string> messages;
+    std::vector<unsigned int> planes;  // skin mask and label map after each frame
+};
+
 class Detection : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -121,8 +127,8 @@ TEST_F(Detection, ARejectionBetweenPassingFramesRestartsTheCount) {
 TEST_F(Detection, SerialAndParallelClipsAgree) {
     // A 1080p clip mixing passes, reports, rejections and both sides, run
     // once serially and once over four execution contexts: same results,
-    // same messages. Luma carries a fixed texture so the row loops have
-    // something to disagree about.
+    // messages, skin masks and label maps. Luma carries a fixed texture so
+    // the row loops have something to disagree about.
     Nv21Frame left = scene(0, 30, 1920, 1080);
     Nv21Frame right = scene(1, 24, 1920, 1080);
     Nv21Frame empty = scene(-1, 0, 1920, 1080);
@@ -135,22 +141,28 @@ TEST_F(Detection, SerialAndParallelClipsAgree) {
     auto run_clip = [&](int contexts) {
         molo::set_execution_contexts(contexts);
         void* h = MoloFinDetect_Initialize(nullptr, 1920, 1080, nullptr);
+        const auto* d = static_cast<Molo_FingerDetect*>(h);
+        const int n = d->down_width * d->down_height;
         LogCapture log;
-        std::vector<FrameResult> results;
+        ClipRun run;
         for (const auto& [frame, orientation] : clip) {
             FrameResult r{0, -1, -1};
             r.result = MoloFinDetect_Execute(h, frame->y_plane(), frame->vu_plane(), orientation,
                                              1920, 1, 2.0f, 5000, &r.row, &r.col);
-            results.push_back(r);
+            run.results.push_back(r);
+            run.planes.insert(run.planes.end(), d->skin_mask, d->skin_mask + n);
+            run.planes.insert(run.planes.end(), d->label_map, d->label_map + n);
         }
         MoloFinDetect_Finalize(h, nullptr, 0);
-        return std::make_pair(results, log.texts());
+        run.messages = log.texts();
+        return run;
     };
-    const auto serial = run_clip(1);
-    const auto parallel = run_clip(4);
-    EXPECT_EQ(serial.first, parallel.first);
-    EXPECT_EQ(serial.second, parallel.second);
+    const ClipRun serial = run_clip(1);
+    const ClipRun parallel = run_clip(4);
+    EXPECT_EQ(serial.results, parallel.results);
+    EXPECT_EQ(serial.messages, parallel.messages);
+    EXPECT_TRUE(serial.planes == parallel.planes);
     // The clip reports on frames 1, 2, 5 and 8 and rejects in between.
     const std::vector<int> reported = {0, 1, 1, 0, 0, 1, 0, 0, 1};
-    for (size_t i = 0; i < clip.size(); ++i) EXPECT_EQ(serial.first[i].result, reported[i]) << i;
+    for (size_t i = 0; i < clip.size(); ++i) EXPECT_EQ(serial.results[i].result, reported[i]) << i;
 }

@@ -10,7 +10,6 @@
 #include "common/synthetic_frame.h"
 #include "molo/c_api.h"
 #include "molo/detector.h"
-#include "prep/parallel_rows.h"
 
 namespace {
 
@@ -26,7 +25,6 @@ protected:
     void TearDown() override {
         for (void* h : handles_) MoloFinDetect_Finalize(h, nullptr, 0);
         unsetenv("Molo_FingerDetection_enable_log");
-        molo::set_execution_contexts(0);
     }
 
     Molo_FingerDetect* detector(int width, int height) {
@@ -119,37 +117,4 @@ TEST_F(Pipeline, RegionsGrowOnlyFromTheEntrySide) {
     f.paint(16, 46, 50, 80, kLuma, kSkinFirst, kSkinSecond);
     EXPECT_EQ(run(d, f, 0)[0], std::string("0:") + kTooSmall + "0\n");
     EXPECT_EQ(run(d, f, 1)[0], "0:area is too big.\n");
-}
-
-TEST_F(Pipeline, SerialAndParallelRunsAgree) {
-    struct Result {
-        std::vector<uint8_t> skin;
-        std::vector<unsigned int> labels;
-        std::vector<std::string> messages;
-    };
-    Nv21Frame f = background(1920, 1080);
-    f.paint(20, 60, 0, 24, kLuma, kSkinFirst, kSkinSecond);
-    f.paint(70, 80, 0, 6, 30, kSkinFirst, kSkinSecond);
-    f.paint(30, 90, 200, 240, kLuma, 150, 114);
-    for (int r = 0; r < 1080; ++r) {
-        for (int c = 0; c < 1920; ++c) f.y[r * 1920 + c] ^= static_cast<uint8_t>((r * 31 + c * 17) % 13);
-    }
-    auto analyse = [&](int contexts) {
-        molo::set_execution_contexts(contexts);
-        Molo_FingerDetect* d = detector(1920, 1080);
-        Result result;
-        for (int orientation : {0, 1}) {
-            for (auto& m : run(d, f, orientation)) result.messages.push_back(m);
-        }
-        const int n = d->down_width * d->down_height;
-        result.skin.assign(d->skin_mask, d->skin_mask + n);
-        result.labels.assign(d->label_map, d->label_map + n);
-        return result;
-    };
-    const Result serial = analyse(1);
-    const Result parallel = analyse(4);
-    EXPECT_FALSE(serial.messages.empty());
-    EXPECT_EQ(serial.messages, parallel.messages);
-    EXPECT_EQ(serial.skin, parallel.skin);
-    EXPECT_EQ(serial.labels, parallel.labels);
 }
