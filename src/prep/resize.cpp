@@ -21,20 +21,23 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
         return molo::to_int_sat(static_cast<float>(index) * scale + 0.5f);
     };
 
+    // Source block [lo, hi) of destination index i, clamped first from above
+    // (lo to limit - 1, hi to limit), then from below at 0.
+    auto block = [&bound](int i, float scale, int limit, int& lo, int& hi) {
+        lo = bound(i, scale);
+        hi = bound(i + 1, scale);
+        if (lo > limit - 1) lo = limit - 1;
+        if (hi > limit) hi = limit;
+        if (lo < 0) lo = 0;
+        if (hi < 0) hi = 0;
+    };
+
     auto body = [&](int r) {
-        int y0 = bound(r, scale_y);
-        int y1 = bound(r + 1, scale_y);
-        if (y0 > in_rows - 1) y0 = in_rows - 1;
-        if (y1 > in_rows) y1 = in_rows;
-        if (y0 < 0) y0 = 0;
-        if (y1 < 0) y1 = 0;
+        int y0, y1;
+        block(r, scale_y, in_rows, y0, y1);
         for (int c = 0; c < out_pairs; ++c) {
-            int x0 = bound(c, scale_x);
-            int x1 = bound(c + 1, scale_x);
-            if (x0 > in_pairs - 1) x0 = in_pairs - 1;
-            if (x1 > in_pairs) x1 = in_pairs;
-            if (x0 < 0) x0 = 0;
-            if (x1 < 0) x1 = 0;
+            int x0, x1;
+            block(c, scale_x, in_pairs, x0, x1);
             int a = 0;
             int b = 0;
             int n = 0;
