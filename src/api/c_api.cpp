@@ -25,8 +25,10 @@ int MoloFinDetect_Execute(void* handle, unsigned char* y_plane, unsigned char* v
     if (handle == nullptr) return 0;
     auto* detector = static_cast<Molo_FingerDetect*>(handle);
     if (src_stride < detector->width) {
-        molo::log_print(molo::kLogError, "MoloFinDetect_Execute: stride %d below width %d\n",
-                        src_stride, detector->width);
+        if (detector->log_enabled != 0) {
+            molo::log_print(molo::kLogError, "MoloFinDetect_Execute: stride %d below width %d\n",
+                            src_stride, detector->width);
+        }
         return MOLO_FD_BAD_STRIDE;
     }
 

@@ -1,5 +1,6 @@
 // The tests a chosen candidate must pass to count as a finger covering the
 // lens, the two-frame confirmation and the report of its position.
+#include <climits>
 #include <cmath>
 
 #include "detector/rejection.h"
@@ -191,7 +192,7 @@ int decide(Molo_FingerDetect& d, int area, int* pos_row, int* pos_col) {
 
     if (!d.HarrisHough()) return reject(d, "%d:HarrisHough detection.\n");
 
-    ++d.have_detect;
+    if (d.have_detect < INT_MAX) ++d.have_detect;  // a finger held for years stays reported
     if (d.log_enabled != 0) log_print(kLogDebug, "%d: have_detect:%d\n", d.db_index, d.have_detect);
     if (d.have_detect < MOLO_HAVE_DETECT_NUM) {
         d.busy = 0;

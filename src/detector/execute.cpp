@@ -15,6 +15,12 @@ constexpr int kFlatGradientLimit = 60;
 constexpr int kMinBorderLength = 10;
 constexpr int kFavouredBorderPositions = 10;
 
+// The frame counter runs for the life of the handle; it wraps instead of
+// overflowing, and the entry index drawn from it stays in range.
+void count_frame(Molo_FingerDetect& d) {
+    d.frame_count = static_cast<int>(static_cast<unsigned int>(d.frame_count) + 1u);
+}
+
 // Pixels whose chroma lies within the entry's radius and whose luma is flat
 // become 0xFF in skin_mask. Every pixel's distance is kept in color_dist for
 // the regions' mean distances. Returns the number of skin pixels.
@@ -134,21 +140,25 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     // While searching, every call tries the next colour entry; while a
     // detection is held the entry stays frozen. A detector driven directly,
     // before any warm-up call has set db_count, uses entry 0.
-    if (have_detect == 0) db_index = db_count > 0 ? frame_count % db_count : 0;
+    if (have_detect == 0) {
+        db_index = db_count > 0 ? static_cast<int>(static_cast<unsigned int>(frame_count) %
+                                                   static_cast<unsigned int>(db_count))
+                                : 0;
+    }
     const FingerColor entry = finger_db[db_index];
 
     const bool excluded = (light_class == 1 && (entry.kind == 3 || entry.kind == 4)) ||
                           (light_class == 2 && entry.kind == 3) ||
                           (light_class == 3 && entry.kind == 4);
     if (excluded) {
-        ++frame_count;
+        count_frame(*this);
         busy = 0;
         return 0;
     }
 
     ref_u = entry.ref_u;
     ref_v = entry.ref_v;
-    ++frame_count;
+    count_frame(*this);
     orientation = orientation_;
 
     // An unknown orientation leaves the detector busy for good: every later

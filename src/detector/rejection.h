@@ -7,7 +7,7 @@ class Molo_FingerDetect;
 
 namespace molo {
 
-// Ends the frame without a detection: frees the detector, drops any held
+// Ends the frame without a detection: clears the busy flag, drops any held
 // detection, logs the message when diagnostic logging is on, and returns 0.
 // The message's first number is the active colour entry, its second (where it
 // has one) `extra`.

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "molo/support.h"
+#include "support/float_to_int.h"
 
 void exponential(int** weights, int rows, int cols, float sigma) {
     // An empty matrix has nothing to fill (and no row 0 to release through).
@@ -23,7 +24,7 @@ void exponential(int** weights, int rows, int cols, float sigma) {
     for (int i = 0; i < rows; ++i) {
         for (int j = 0; j < cols; ++j) {
             const float normalised = g[i][j] / sum;
-            weights[i][j] = static_cast<int>(normalised * 100000.0f);
+            weights[i][j] = molo::to_int_sat(normalised * 100000.0f);
         }
     }
     free_matrix(reinterpret_cast<void**>(g));

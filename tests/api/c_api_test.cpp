@@ -119,3 +119,14 @@ TEST(CApi, WrongOrientationLocksTheDetectorOut) {
     EXPECT_EQ(h->frame_count, 1);
     EXPECT_EQ(log.messages(), (std::vector<LoggedMessage>{{6, "error! orientation is wrong.\n"}}));
 }
+
+TEST(CApi, FrameCounterWrapsWithoutLeavingTheColourTable) {
+    Handle h;
+    Nv21Frame grey(640, 480, 128, 128, 128);
+    h->db_count = 5;
+    h->frame_count = 2147483647;
+    h->execute(grey.y_plane(), grey.vu_plane(), 0, true, 640, 1, 2.0f, 5000, nullptr, nullptr);
+    EXPECT_EQ(h->db_index, 2);  // 2147483647 % 5
+    h->execute(grey.y_plane(), grey.vu_plane(), 0, false, 640, 1, 2.0f, 5000, nullptr, nullptr);
+    EXPECT_EQ(h->db_index, 3);  // 2147483648 % 5, counted without overflow
+}
