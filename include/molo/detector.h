@@ -50,11 +50,12 @@ public:
     void Dilate();
     void FillInGap();
 
-    // Edge, corner and line features. The two Sobel operators touch no state.
-    static void Sobel3(unsigned char* plane, int row, int col, int width, int height,
-                       int* magnitude);
-    static void Sobel5(unsigned char* plane, int row, int col, int width, int* vertical,
-                       int* horizontal, int* reserved, int* angle);
+    // Edge, corner and line features. The two Sobel operators read and write
+    // only their arguments, so they are safe to call from several threads.
+    void Sobel3(unsigned char* plane, int row, int col, int width, int height,
+                int* magnitude);
+    void Sobel5(unsigned char* plane, int row, int col, int width, int* vertical, int* horizontal,
+                int* reserved, int* angle);
     int HarrisCorner();
     double HoughLine();
     bool HarrisHough();

@@ -38,7 +38,7 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
             d.color_dist[r * w + c] = dist;
             if (dist < radius) {
                 int magnitude;
-                Molo_FingerDetect::Sobel3(d.down_y, r, c, w, h, &magnitude);
+                d.Sobel3(d.down_y, r, c, w, h, &magnitude);
                 if (magnitude < kFlatGradientLimit) {
                     d.skin_mask[r * w + c] = 0xFF;
                     ++count;

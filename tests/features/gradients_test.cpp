@@ -18,7 +18,8 @@ std::vector<uint8_t> make_plane(int w, int h, F f, uint8_t padding = 0) {
 
 int sobel3(std::vector<uint8_t>& p, int row, int col, int w, int h) {
     int m = -1;
-    Molo_FingerDetect::Sobel3(p.data(), row, col, w, h, &m);
+    Molo_FingerDetect d;
+    d.Sobel3(p.data(), row, col, w, h, &m);
     return m;
 }
 
@@ -61,21 +62,22 @@ TEST(Sobel3, FirstAndLastRowLastColumnReadOnePastTheRow) {
 }
 
 TEST(Sobel5, AsymmetricVerticalKernelAndAngle) {
+    Molo_FingerDetect d;
     int v = 1, h = 1, angle = 0;
     auto dark = make_plane(7, 7, [](int, int) { return 0; });
-    Molo_FingerDetect::Sobel5(dark.data(), 3, 3, 7, &v, &h, nullptr, &angle);
+    d.Sobel5(dark.data(), 3, 3, 7, &v, &h, nullptr, &angle);
     EXPECT_EQ(v, 0);
     EXPECT_EQ(h, 0);
     EXPECT_EQ(angle, -90);
     // The vertical kernel's second row is not the mirror of its fourth: its
     // weights sum to -4, so even a flat plane has a vertical response.
     auto flat = make_plane(7, 7, [](int, int) { return 50; });
-    Molo_FingerDetect::Sobel5(flat.data(), 3, 3, 7, &v, &h, nullptr, &angle);
+    d.Sobel5(flat.data(), 3, 3, 7, &v, &h, nullptr, &angle);
     EXPECT_EQ(v, -200);
     EXPECT_EQ(angle, 0);
     // One pixel above-right of the centre weighs -8 vertically, 4 horizontally.
     auto dot = make_plane(7, 7, [](int r, int c) { return r == 2 && c == 4 ? 1 : 0; });
-    Molo_FingerDetect::Sobel5(dot.data(), 3, 3, 7, &v, &h, nullptr, &angle);
+    d.Sobel5(dot.data(), 3, 3, 7, &v, &h, nullptr, &angle);
     EXPECT_EQ(v, -8);
     EXPECT_EQ(h, 4);
     EXPECT_EQ(angle, -26);  // atan(4 / -8) in degrees, truncated toward zero
