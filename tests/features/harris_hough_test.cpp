@@ -1,140 +1,97 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
+#include <cstdlib>
 
 #include "features/corner_line_verdict.h"
-#include "features/outline_scene.h"
+#include "common/region_grid.h"
 
-namespace {
-
-// Verdict on an 80 x 60 grid (two crossing lines need runs above
-// 80 * 0.0002315 * 60 = 1.11) with a crossing search that puts the crossing
-// at `cross` and counts its calls. The corner lies at (30, 40).
-struct Verdict {
-    molo::CornerLineFigures f{};
-    int cross_row = 30, cross_col = 40, searches = 0;
-    molo::CornerLinePlacement out{-1, -1, -1.0f};
-
-    Verdict(int corner, int hough_score, int second_votes = 0, int gap = 30) {
-        f.corner = corner, f.hough_score = hough_score, f.second_votes = second_votes;
-        f.edge_count = 100, f.peak_angle = 10, f.second_angle = 10 + gap;
-        f.corner_row = 30, f.corner_col = 40, f.grid_width = 80, f.grid_height = 60;
-    }
-    Verdict& crossing(int row, int col) {
-        cross_row = row;
-        cross_col = col;
-        return *this;
-    }
-    bool operator()() {
-        return molo::corner_line_verdict(f, out, [this](molo::CornerLinePlacement& p) {
-            ++searches;
-            p.cross_row = cross_row;
-            p.cross_col = cross_col;
-        });
-    }
-};
-
-}  // namespace
-
-TEST(CornerLineVerdict, CornerBranchesAtTheirBoundaries) {
-    // No corner is halved to 0: a line budget of 7000000.
-    EXPECT_TRUE(Verdict(0, 7000000)());
-    EXPECT_FALSE(Verdict(0, 7000001)());
-    // Off-line scatter (above 80 * 0.000463 * 60) with a run above
-    // 60 * 80 * 0.0007 rejects only a corner above 10000000. Real outlines
-    // have no scatter; the rule is kept all the same.
-    for (int corner : {10000000, 10000001}) {
-        Verdict v(corner, 0);
-        v.f.line_dist_sum = 2.3f, v.f.line_longest_run = 4;
-        v.out = {7, 8, 9.0f};
-        EXPECT_EQ(v(), corner == 10000000);
-        EXPECT_EQ(v.out.cross_row, corner == 10000000 ? 0 : 7);
-    }
-    // 25000000 is halved into the band of strong corners.
-    EXPECT_TRUE(Verdict(25000000, 700000)());
-    EXPECT_FALSE(Verdict(25000000, 700001)());
-    // 200000000 fails on every path; one less is halved to 99999999.
-    EXPECT_FALSE(Verdict(200000000, 0)());
-    EXPECT_FALSE(Verdict(200000000, 0, 40)());
-    EXPECT_FALSE(Verdict(200000000, 0, 40, 90)());
-    EXPECT_FALSE(Verdict(200000000, 0, 40).crossing(0, 0)());
-    EXPECT_TRUE(Verdict(199999999, 700000)());
-}
-
-TEST(CornerLineVerdict, SecondLineAnalysisAndItsCrossing) {
-    // A tenth in float (5 of 50) is above the double 0.1; the corner must be
-    // above 1000000.
-    auto searched = [](int corner, int votes) {
-        Verdict v(corner, 0, votes);
-        v.f.edge_count = 50;
-        v.crossing(33, 44)();
-        EXPECT_EQ(v.out.corner_line_dist, v.searches ? 5.0f : 100.0f);
-        return v.searches == 1;
+TEST(CornerLineVerdict, BranchesAtTheirBoundaries) {
+    // An 80 x 60 grid, the corner at (30, 40), 50 outline cells, runs of 4 and
+    // 2 on the two lines (two crossing lines need 80 * 0.0002315 * 60 = 1.11)
+    // and the second line `gap` angles from the first. The crossing search
+    // reports (34, 42), sqrt 20 from the corner, where that distance is
+    // expected, and (35, 42), sqrt 29 away, otherwise. `dist` is the distance
+    // left behind: 100 when it is not measured, the -1 it starts from when the
+    // verdict returns before reaching it.
+    struct Case { int corner, hough_score, second_votes, gap; float scatter, dist; bool pass; };
+    const float at = std::sqrt(20.0f), away = std::sqrt(29.0f), none = 100.0f;
+    const Case cases[] = {
+        // Off-line scatter (above 80 * 0.000463 * 60) with a run above
+        // 60 * 80 * 0.0007 rejects at once a corner above 10000000 only. Real
+        // outlines have no scatter; the rule is kept all the same.
+        {10000000, 0, 0, 30, 2.3f, none, true}, {10000001, 0, 0, 30, 2.3f, -1, false},
+        // Without a second line the corner is halved. Halved corners from
+        // 10000000 to 99999999 pass with a score up to 700000; 200000000
+        // therefore never passes.
+        {199999999, 700000, 0, 30, 0, none, true}, {199999999, 700001, 0, 30, 0, none, false},
+        {200000000, 0, 0, 30, 0, none, false},
+        // 5 of 50 votes make a tenth in float, above the double 0.1: with a
+        // corner above 1000000 the crossing is searched. A crossing further
+        // than 4.5 from the corner halves it.
+        {1000001, 0, 5, 30, 0, away, true}, {1000001, 0, 4, 30, 0, none, true},
+        {1000000, 0, 5, 30, 0, none, true}, {150000000, 0, 40, 30, 0, away, true},
+        // A crossing within 4.5 keeps the corner whole. Below 10000000 the
+        // score may reach 7000000 less 0.63 times the corner.
+        {8000000, 1960001, 40, 30, 0, at, false}, {8000000, 1960000, 40, 30, 0, at, true},
+        // Two long lines 61 to 119 angles apart crossing at a strong corner.
+        {20000000, 0, 40, 60, 0, at, true}, {20000000, 0, 40, 61, 0, at, false},
+        {20000000, 0, 40, 119, 0, at, false}, {20000000, 0, 40, 120, 0, at, true},
     };
-    EXPECT_TRUE(searched(1000001, 5));
-    EXPECT_FALSE(searched(1000001, 4));
-    EXPECT_FALSE(searched(1000000, 5));
-    // A crossing within 4.5 of the corner (sqrt 20) keeps the corner whole;
-    // one further away (sqrt 29) halves it and keeps its measured distance.
-    EXPECT_FALSE(Verdict(150000000, 0, 40).crossing(34, 42)());
-    Verdict away(150000000, 0, 40);
-    EXPECT_TRUE(away.crossing(35, 42)());
-    EXPECT_NEAR(away.out.corner_line_dist, 5.385165f, 1e-6f);
-    EXPECT_FALSE(Verdict(8000000, 1960001, 40).crossing(34, 42)());
-    EXPECT_TRUE(Verdict(8000000, 1960000, 40).crossing(34, 42)());
-    // Two lines 61 to 119 angles apart, both runs above 1.11, crossing near
-    // a strong corner: rejected.
-    for (int gap : {60, 61, 119, 120}) {
-        Verdict v(20000000, 0, 40, gap);
-        v.f.line_longest_run = v.f.second_longest_run = 2;
-        EXPECT_EQ(v.crossing(34, 42)(), gap == 60 || gap == 120) << gap;
+    for (const Case& k : cases) {
+        // Corner, score, scatter, the two runs, second votes, outline cells,
+        // the two angles, the corner's position and the grid size.
+        const molo::CornerLineFigures f{k.corner, k.hough_score, k.scatter, 4, 2, k.second_votes,
+                                        50, 10, 10 + k.gap, 30, 40, 80, 60};
+        molo::CornerLinePlacement out{-1, -1, -1.0f};
+        auto search = [&](auto& p) { p.cross_row = k.dist == at ? 34 : 35, p.cross_col = 42; };
+        EXPECT_EQ(molo::corner_line_verdict(f, out, search), k.pass) << k.corner << ' ' << k.gap;
+        EXPECT_FLOAT_EQ(out.corner_line_dist, k.dist) << k.corner << ' ' << k.second_votes;
     }
 }
 
 TEST(HarrisHough, CollapsedBoxIsRejectedAfterGapFillingBeforeTracing) {
-    // One row; rows 0 and 1 (row 0 is never traced); one column; columns 0 and 1.
-    const int boxes[][4] = {{20, 10, 20, 40}, {0, 10, 1, 40}, {10, 30, 40, 30}, {10, 0, 40, 1}};
+    // One row; rows 0 and 1 (row 0 is never traced); one column; columns 0
+    // and 1. Last, a region on row 0 alone collapses past a single row (first
+    // row 1, last row 0): it is not rejected here, and its empty outline
+    // scores NaN, which counts as no straightness, so it passes.
+    const int boxes[][4] = {{20, 10, 20, 40}, {0, 10, 1, 40}, {10, 30, 40, 30}, {10, 0, 40, 1},
+                            {0, 10, 0, 40}};
     for (const auto& b : boxes) {
+        const bool traced = b[2] == 0;
         ScopedDetector d(80, 60);
-        paint_region(d, [&](int r, int c) { return in_rect(r, c, b[0], b[1], b[2], b[3]); });
-        std::memset(d->edge_map, 7, static_cast<size_t>(d.cells()));
+        draw(d, d->edge_map, [](int, int) { return 7; });
+        draw(d, d->finger_mask, [&](int r, int c) { return in_rect(r, c, b[0], b[1], b[2], b[3]); });
         d->label_map[d.index(b[0], b[1])] = 9;
-        EXPECT_FALSE(d->HarrisHough());
-        EXPECT_EQ(d->edge_map[d.index(b[0], b[1])], 7);
+        EXPECT_EQ(d->HarrisHough(), traced) << b[0] << ' ' << b[1];
+        EXPECT_EQ(d->edge_map[d.index(b[0], b[1])], traced ? 0 : 7);
         EXPECT_EQ(d->label_map[d.index(b[0], b[1])], 1u);  // relabelled by gap filling
+        EXPECT_TRUE(!traced || std::isnan(d->HoughLine()));
     }
-    // A region on row 0 alone collapses past a single row (first row 1, last
-    // row 0): it is not rejected here, and its empty outline passes.
-    ScopedDetector top_row(80, 60);
-    paint_region(top_row, [](int r, int c) { return r == 0 && c >= 10 && c <= 40; });
-    EXPECT_TRUE(top_row->HarrisHough());
-    EXPECT_EQ(top_row->edge_count, 0);
 }
 
-TEST(HarrisHough, RoundRegionPassesRectangleFailsEmptyOutlinePasses) {
+TEST(HarrisHough, RoundRegionPassesRectangleFailsOnItsCorners) {
     ScopedDetector round(80, 60);
-    paint_region(round,
-                 [](int r, int c) { return (r - 30) * (r - 30) + (c - 40) * (c - 40) < 300; });
+    draw(round, round->finger_mask,
+         [](int r, int c) { return (r - 30) * (r - 30) + (c - 40) * (c - 40) < 300; });
     EXPECT_TRUE(round->HarrisHough());
-
-    // Long sides at right angles meeting in sharp corners; the outline is
-    // the border of the region.
+    // Long sides at right angles meeting in sharp corners; the traced
+    // outline is the border of the region.
     ScopedDetector box(80, 60);
-    paint_region(box, [](int r, int c) { return in_rect(r, c, 10, 15, 39, 59); });
+    draw(box, box->finger_mask, [](int r, int c) { return in_rect(r, c, 10, 15, 39, 59); });
     EXPECT_FALSE(box->HarrisHough());
     EXPECT_EQ(box->edge_count, 2 * 30 + 2 * 43);
-    EXPECT_EQ(box->second_angle - box->peak_angle, 90);
-    EXPECT_LT(box->corner_line_dist, 4.5f);
-
-    // No region cell in the box: the score is NaN, counted as 0.
-    ScopedDetector empty(80, 60);
-    paint_region(empty, [](int, int) { return 0; });
-    empty->box_top = empty->box_left = 20, empty->box_bottom = empty->box_right = 30;
-    empty->cross_row = 5;
-    EXPECT_TRUE(empty->HarrisHough());
-    EXPECT_EQ(empty->edge_count, 0);
-    EXPECT_TRUE(std::isnan(empty->HoughLine()));
-    EXPECT_EQ(empty->cross_row, 0);
-    EXPECT_EQ(empty->corner_line_dist, 100.0f);
+    // Its corner map covers the box grown by 3 (ends exclusive), responds
+    // negatively along the straight sides and most strongly near the first
+    // corner.
+    EXPECT_EQ(box->scan_row_end, 42);
+    EXPECT_EQ(box->scan_col_end, 62);
+    auto at = [&](int r, int c) { return box->corner_response[box.index(r, c)]; };
+    for (int c = 23; c <= 51; ++c) EXPECT_TRUE(at(10, c) < 0 && at(39, c) < 0) << c;
+    for (int r = 18; r <= 31; ++r) EXPECT_TRUE(at(r, 15) < 0 && at(r, 59) < 0) << r;
+    EXPECT_TRUE(std::abs(box->corner_row - 10) <= 3 && std::abs(box->corner_col - 15) <= 3);
+    // The cross product is kept doubled.
+    const int i = box.index(12, 17);
+    ASSERT_NE(box->grad_xy[i], 0);
+    EXPECT_EQ(box->grad_xy[i] * box->grad_xy[i], 4 * box->grad_xx[i] * box->grad_yy[i]);
 }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "regions/region_grid.h"
+#include "common/region_grid.h"
 
 TEST(Erode, DiagonalCrossWithClampedBorder) {
     ScopedDetector d(8, 8);
@@ -11,27 +11,21 @@ TEST(Erode, DiagonalCrossWithClampedBorder) {
     EXPECT_EQ(picture(d, d->finger_mask),
               (Picture{"........", "........", "..1.....", "........", "........", ".....1..",
                        "........", "........"}));
-    // An all-ones plane stays whole; a byte other than 1 is cleared but does
-    // not erode its neighbours. With the corner cleared, (1, 0) goes too: its
-    // clamped up-left diagonal is that corner.
-    fill_box<unsigned char>(d, d->finger_mask, 0, 0, 7, 7, 1);
-    d->finger_mask[d.index(3, 3)] = 2;
+    // A plane of 1 stays whole but for two cells: a 2 at (3, 3) is cleared
+    // without eroding its neighbours, and a 0 in the corner takes (1, 1) with
+    // it and also (0, 1) and (1, 0), whose clamped diagonals include it.
+    draw(d, d->finger_mask, [](int r, int c) { return r == 3 && c == 3 ? 2 : r + c > 0; });
     d->Erode();
     Picture expected(8, "11111111");
+    expected[0] = expected[1] = "..111111";
     expected[3] = "111.1111";
     EXPECT_EQ(picture(d, d->finger_mask), expected);
-    d->finger_mask[d.index(3, 3)] = 1;
-    d->finger_mask[0] = 0;
-    d->Erode();
-    EXPECT_EQ(picture(d, d->finger_mask)[1], "..111111");
-    EXPECT_EQ(picture(d, d->finger_mask)[2], "11111111");
 }
 
 TEST(Dilate, FiveByFiveClampedAtTheBorder) {
     ScopedDetector d(10, 10);
-    d->finger_mask[d.index(0, 0)] = 1;
-    d->finger_mask[d.index(6, 6)] = 1;
-    d->finger_mask[d.index(9, 2)] = 2;  // only exact 1 spreads; anything else is cleared
+    // Only exact 1 spreads; anything else is cleared.
+    paint(d, d->finger_mask, {"1", "", "", "", "", "", "......1", "", "", "..2"});
     d->Dilate();
     EXPECT_EQ(picture(d, d->finger_mask),
               (Picture{"111.......", "111.......", "111.......", "..........", "....11111.",
