@@ -11,15 +11,7 @@ namespace {
 // A finger-toned half disc entering from the left edge over a neutral scene.
 Nv21Frame finger_frame(int width, int height) {
     Nv21Frame f(width, height, 120, 100, 160);
-    const int h = height / 8;
-    const int radius = h / 4;
-    for (int br = 0; br < h / 2; ++br) {
-        for (int bc = 0; bc < radius; ++bc) {
-            const int dr = 2 * br + 1 - h / 2;
-            const int dc = 2 * bc + 1;
-            if (dr * dr + dc * dc <= radius * radius) f.set_pair(br, bc, 147, 117);
-        }
-    }
+    f.paint_half_disc(0, height / 8 / 4);
     return f;
 }
 

@@ -47,12 +47,7 @@ TEST(NoAllocationPerFrame, SearchingTrackingAndReporting) {
     // A finger-toned half disc on the left edge of a 1080p scene, then an
     // empty scene, so frames run through every path.
     Nv21Frame finger(1920, 1080, 120, 100, 160);
-    for (int br = 0; br < 67; ++br) {
-        for (int bc = 0; bc < 30; ++bc) {
-            const int dr = 2 * br + 1 - 67, dc = 2 * bc + 1;
-            if (dr * dr + dc * dc <= 30 * 30) finger.set_pair(br, bc, 147, 117);
-        }
-    }
+    finger.paint_half_disc(0, 30);
     Nv21Frame empty(1920, 1080, 120, 100, 160);
     setenv("Molo_FingerDetection_enable_log", "1", 1);
     for (int contexts : {1, 4}) {

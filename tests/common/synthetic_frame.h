@@ -56,6 +56,21 @@ struct Nv21Frame {
         }
     }
 
+    // Paints a finger-toned half disc of `radius` working cells entering from
+    // the left (side 0) or the right edge (side 1), centred on the middle
+    // row. Chroma is painted per 2 x 2 block, by the block's centre.
+    void paint_half_disc(int side, int radius, uint8_t first = 147, uint8_t second = 117) {
+        const int rows = height / 8;
+        const int cols = width / 8;
+        for (int br = 0; br < rows / 2; ++br) {
+            for (int bc = 0; bc < cols / 2; ++bc) {
+                const int dr = 2 * br + 1 - rows / 2;
+                const int dc = side == 0 ? 2 * bc + 1 : cols - (2 * bc + 1);
+                if (dr * dr + dc * dc <= radius * radius) set_pair(br, bc, first, second);
+            }
+        }
+    }
+
     uint8_t* y_plane() { return y.data(); }
     uint8_t* vu_plane() { return vu.data(); }
 };

@@ -16,21 +16,10 @@ namespace {
 
 constexpr int kWidth = 640, kHeight = 480;  // working grid 80 x 60
 
-// A neutral scene, optionally with a finger-toned half disc of the given
-// radius (working cells) entering from the left (side 0) or the right edge
-// (side 1), centred on the middle row.
+// A neutral scene, optionally with a finger entering from one side.
 Nv21Frame scene(int side = -1, int radius = 15, int width = kWidth, int height = kHeight) {
     Nv21Frame f(width, height, 120, 100, 160);
-    if (side < 0) return f;
-    const int rows = height / 8;
-    const int cols = width / 8;
-    for (int br = 0; br < rows / 2; ++br) {
-        for (int bc = 0; bc < cols / 2; ++bc) {
-            const int dr = 2 * br + 1 - rows / 2;
-            const int dc = side == 0 ? 2 * bc + 1 : cols - (2 * bc + 1);
-            if (dr * dr + dc * dc <= radius * radius) f.set_pair(br, bc, 147, 117);
-        }
-    }
+    if (side >= 0) f.paint_half_disc(side, radius);
     return f;
 }
 
