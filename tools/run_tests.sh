@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what the build needs (Debian/Ubuntu packages, when run as root or
 # through sudo), configures, builds and runs every test.
-#   tools/run_tests.sh              plain build in build/
+#   tools/run_tests.sh              plain build in build/ (the system compiler)
 #   tools/run_tests.sh --sanitize   AddressSanitizer + UBSan build in build-sanitize/
+#   tools/run_tests.sh --clang      clang with its own OpenMP runtime in build-clang/
 # With CI=true, warnings fail the build.
 set -euo pipefail
 
@@ -12,11 +13,13 @@ cmake_args=()
 case "${1:-}" in
   "") ;;
   --sanitize) build="$root/build-sanitize"; cmake_args+=(-DMOLO_SANITIZE=ON) ;;
-  *) echo "usage: $0 [--sanitize]" >&2; exit 2 ;;
+  --clang) build="$root/build-clang"; cmake_args+=(-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++) ;;
+  *) echo "usage: $0 [--sanitize | --clang]" >&2; exit 2 ;;
 esac
 if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 
 packages=(cmake make g++ binutils libgtest-dev libbenchmark-dev)
+[ "${1:-}" = "--clang" ] && packages+=(clang libomp-dev)
 if command -v dpkg >/dev/null 2>&1; then
   missing=()
   for p in "${packages[@]}"; do

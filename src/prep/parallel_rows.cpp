@@ -60,14 +60,20 @@ void parallel_rows(int n, RowBody body) {
         return;
     }
 #ifdef _OPENMP
-    // Each claim is one chunk; claims are taken in order by whichever thread is
-    // free, like a shared fetch-and-add counter. The region ends with a barrier.
-    const int workers = contexts < split.chunk_count ? contexts : split.chunk_count;
-#pragma omp parallel for schedule(dynamic, 1) num_threads(workers)
-    for (int claim = 0; claim < split.chunk_count; ++claim) {
-        const int begin = claim * split.chunk;
-        const int end = begin + (split.chunk < n - begin ? split.chunk : n - begin);
-        run_chunks(begin, end, body);
+    // The runtime provides the team; the rows are handed out by one shared
+    // claim counter, so claims go in order to whichever thread is free, every
+    // chunk is taken exactly once, and no worksharing state is allocated per
+    // loop. The team always has the same size so the runtime can keep it.
+    std::atomic<int> next_claim{0};
+#pragma omp parallel num_threads(contexts)
+    {
+        for (;;) {
+            const int claim = next_claim.fetch_add(1, std::memory_order_relaxed);
+            if (claim >= split.chunk_count) break;
+            const int begin = claim * split.chunk;
+            const int end = begin + (split.chunk < n - begin ? split.chunk : n - begin);
+            run_chunks(begin, end, body);
+        }
     }
 #else
     run_chunks(0, n, body);
