@@ -3,6 +3,8 @@
 #include <climits>
 #include <cmath>
 
+#include "detector/chroma_pair.h"
+#include "detector/decision.h"
 #include "detector/rejection.h"
 #include "molo/detector.h"
 #include "molo/support.h"
@@ -40,7 +42,7 @@ RegionMeans measure_candidate(Molo_FingerDetect& d, int area) {
             if (r > d.box_bottom) d.box_bottom = r;
             if (c < d.box_left) d.box_left = c;
             if (c > d.box_right) d.box_right = c;
-            const unsigned char* pair = d.down_vu + (r / 2) * w + (c & ~1);
+            const unsigned char* pair = molo::chroma_pair(d, r, c);
             sum_y += d.down_y[i];
             sum_u += pair[0];
             sum_v += pair[1];
@@ -137,7 +139,7 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
             for (int c = 0; c < w; ++c) {
                 const int i = r * w + c;
                 if (d.skin_mask[i] != 0xFF || d.label_map[i] == label) continue;
-                const unsigned char* pair = d.down_vu + (r / 2) * w + (c & ~1);
+                const unsigned char* pair = molo::chroma_pair(d, r, c);
                 const float dv = m.v - static_cast<float>(pair[1]);
                 const float du = m.u - static_cast<float>(pair[0]);
                 if (std::sqrt(dv * dv + du * du) < 10.0f) ++count;
@@ -150,7 +152,7 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
         for (int c = 0; c < w; ++c) {
             const int i = r * w + c;
             if (d.label_map[i] == label) continue;
-            const unsigned char* pair = d.down_vu + (r / 2) * w + (c & ~1);
+            const unsigned char* pair = molo::chroma_pair(d, r, c);
             const float du = m.u - static_cast<float>(pair[0]);
             const float dy = m.y - static_cast<float>(d.down_y[i]);
             const float dv = m.v - static_cast<float>(pair[1]);

@@ -3,6 +3,8 @@
 // the choice of the region that best matches the colour and is compact.
 #include <cmath>
 
+#include "detector/chroma_pair.h"
+#include "detector/decision.h"
 #include "detector/rejection.h"
 #include "molo/detector.h"
 #include "support/log.h"
@@ -29,9 +31,8 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
     const int h = d.down_height;
     int count = 0;
     for (int r = 0; r < h; ++r) {
-        const unsigned char* pairs = d.down_vu + (r / 2) * w;
         for (int c = 0; c < w; ++c) {
-            const unsigned char* pair = pairs + (c & ~1);
+            const unsigned char* pair = molo::chroma_pair(d, r, c);
             const float dv = static_cast<float>(pair[1]) - d.ref_v;
             const float du = static_cast<float>(pair[0]) - d.ref_u;
             const float dist = std::sqrt(dv * dv + du * du);

@@ -50,20 +50,19 @@ bool Molo_FingerDetect::HarrisHough() {
     // An empty outline scores NaN, which counts as no straightness at all.
     const int hough_score = molo::to_int_sat(score * 10000000.0);
 
-    molo::CornerLineFigures figures{};
-    figures.corner = corner;
-    figures.hough_score = hough_score;
-    figures.line_dist_sum = line_dist_sum;
-    figures.line_longest_run = line_longest_run;
-    figures.second_longest_run = second_longest_run;
-    figures.second_votes = second_votes;
-    figures.edge_count = edge_count;
-    figures.peak_angle = peak_angle;
-    figures.second_angle = second_angle;
-    figures.corner_row = corner_row;
-    figures.corner_col = corner_col;
-    figures.grid_width = w;
-    figures.grid_height = h;
+    const molo::CornerLineFigures figures{corner,
+                                          hough_score,
+                                          line_dist_sum,
+                                          line_longest_run,
+                                          second_longest_run,
+                                          second_votes,
+                                          edge_count,
+                                          peak_angle,
+                                          second_angle,
+                                          corner_row,
+                                          corner_col,
+                                          w,
+                                          h};
     molo::CornerLinePlacement placement{cross_row, cross_col, corner_line_dist};
 
     // The pixel of the whole grid closest to both lines, measured in whole

@@ -15,7 +15,8 @@ int clamp(int v, int hi) { return std::min(std::max(v, 0), hi); }
 // Erosion by the diagonal cross: a cell holding exactly 1 stays 1 unless one
 // of its four diagonal neighbours is exactly 0. The straight neighbours are
 // never looked at. On the border, neighbour rows and columns are clamped into
-// the grid, so a diagonal outside the frame reads a cell of the frame.
+// the grid, so a diagonal outside the frame reads a cell of the frame; inside
+// the grid the clamping changes nothing, so one rule serves every cell.
 void Molo_FingerDetect::Erode() {
     const int rows = down_height;
     const int columns = down_width;
@@ -24,35 +25,17 @@ void Molo_FingerDetect::Erode() {
     std::memset(edge_map, 0, n);
 
     auto at = [&](int r, int c) { return mask[r * columns + c]; };
-
-    if (rows >= 3 && columns >= 3) {
-        for (int r = 1; r <= rows - 2; ++r) {
-            for (int c = 1; c <= columns - 2; ++c) {
-                if (at(r, c) != 1) continue;
-                const bool cut = at(r - 1, c - 1) == 0 || at(r - 1, c + 1) == 0 ||
-                                 at(r + 1, c - 1) == 0 || at(r + 1, c + 1) == 0;
-                edge_map[r * columns + c] = cut ? 0 : 1;
-            }
-        }
-    }
-
-    auto erode_clamped = [&](int r, int c) {
-        if (at(r, c) != 1) return;
+    for (int r = 0; r < rows; ++r) {
         const int up = clamp(r - 1, rows - 1);
         const int down = clamp(r + 1, rows - 1);
-        const int left = clamp(c - 1, columns - 1);
-        const int right = clamp(c + 1, columns - 1);
-        const bool cut = at(up, left) == 0 || at(up, right) == 0 || at(down, left) == 0 ||
-                         at(down, right) == 0;
-        edge_map[r * columns + c] = cut ? 0 : 1;
-    };
-    for (int c = 0; c < columns; ++c) {
-        erode_clamped(0, c);
-        erode_clamped(rows - 1, c);
-    }
-    for (int r = 1; r < rows - 1; ++r) {
-        erode_clamped(r, 0);
-        erode_clamped(r, columns - 1);
+        for (int c = 0; c < columns; ++c) {
+            if (at(r, c) != 1) continue;
+            const int left = clamp(c - 1, columns - 1);
+            const int right = clamp(c + 1, columns - 1);
+            const bool cut = at(up, left) == 0 || at(up, right) == 0 || at(down, left) == 0 ||
+                             at(down, right) == 0;
+            edge_map[r * columns + c] = cut ? 0 : 1;
+        }
     }
 
     std::memcpy(finger_mask, edge_map, n);

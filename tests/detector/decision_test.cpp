@@ -6,7 +6,7 @@
 
 #include "common/detector_fixture.h"
 #include "common/log_capture.h"
-#include "detector/rejection.h"
+#include "detector/decision.h"
 
 namespace {
 
