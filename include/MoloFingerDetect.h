@@ -9,6 +9,7 @@
 #include "molo/types.h"
 #include "molo/detector.h"
 #include "molo/support.h"
+#include "molo/debug.h"
 #endif
 
 #endif  // MOLO_FINGER_DETECT_H
