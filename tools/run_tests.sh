@@ -18,7 +18,7 @@ case "${1:-}" in
 esac
 if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 
-packages=(cmake make g++ binutils libgtest-dev libbenchmark-dev)
+packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev)
 [ "${1:-}" = "--clang" ] && packages+=(clang libomp-dev)
 if command -v dpkg >/dev/null 2>&1; then
   missing=()

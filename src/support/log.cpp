@@ -5,7 +5,9 @@
 #include <cstring>
 #include <mutex>
 
-#ifdef __ANDROID__
+#include "support/platform.h"
+
+#if MOLO_ANDROID_BACKEND
 #include <android/log.h>
 #endif
 
@@ -21,7 +23,7 @@ LogHook g_hook = nullptr;
 void* g_hook_context = nullptr;
 
 void write_platform(int priority, const char* text) {
-#ifdef __ANDROID__
+#if MOLO_ANDROID_BACKEND
     __android_log_print(priority, kTag, "%s", text);
 #else
     size_t len = std::strlen(text);

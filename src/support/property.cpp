@@ -6,8 +6,9 @@
 #include <string>
 
 #include "molo/support.h"
+#include "support/platform.h"
 
-#ifdef __ANDROID__
+#if MOLO_ANDROID_BACKEND
 #include <sys/system_properties.h>
 #endif
 
@@ -15,7 +16,7 @@ namespace {
 
 constexpr size_t kPropertyValueMax = 92;
 
-#ifndef __ANDROID__
+#if !MOLO_ANDROID_BACKEND
 int host_property_get(const char* name, char* value) {
     const char* found = std::getenv(name);
     if (found == nullptr) {
@@ -38,7 +39,7 @@ int host_property_get(const char* name, char* value) {
 }  // namespace
 
 int android_property_get(const char* name, char* value, const char* default_value) {
-#ifdef __ANDROID__
+#if MOLO_ANDROID_BACKEND
     const int len = __system_property_get(name, value);
 #else
     const int len = host_property_get(name, value);
