@@ -12,7 +12,7 @@
 #define MOLO_HAVE_DETECT_NUM 2
 // Codes returned by Initialize (and logged by MoloFinDetect_Initialize).
 #define MOLO_INIT_OK 0
-#define MOLO_INIT_BAD_SIZE (-1)   // preview gives a working image below 4 x 4, or is too large
+#define MOLO_INIT_BAD_SIZE (-1)   // preview extent above 16384 pixels
 #define MOLO_INIT_NO_MEMORY (-2)  // a buffer could not be allocated
 
 class MOLO_EXPORT Molo_FingerDetect {

@@ -33,8 +33,9 @@ void release(T*& p) {
 }  // namespace
 
 int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
-    height = height_;
-    width = width_;
+    // A negative extent is a preview of no pixels.
+    height = std::max(height_, 0);
+    width = std::max(width_, 0);
     log_enabled = 0;
 
     char value[92];
@@ -46,15 +47,17 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
 
     molo::log_print(molo::kLogDebug, "Quillby FingerDetect Date:05/11/17, HAVE_DETECT_NUM 2 \n");
 
-    if (width > molo::kMaxPreviewExtent || height > molo::kMaxPreviewExtent ||
-        down_width < molo::kMinWorkingExtent || down_height < molo::kMinWorkingExtent) {
+    if (width > molo::kMaxPreviewExtent || height > molo::kMaxPreviewExtent) {
         down_width = down_height = 0;
         return MOLO_INIT_BAD_SIZE;
     }
 
     const int w = down_width;
     const int h = down_height;
-    const size_t n = static_cast<size_t>(w) * h;
+    // A grid without cells (a preview under 16 pixels in either direction)
+    // still gets one cell of storage in every plane: the tests of an empty
+    // candidate visit cell (0, 0) of its empty bounding box.
+    const size_t n = std::max<size_t>(static_cast<size_t>(w) * h, 1);
     const size_t full = static_cast<size_t>(width) * height;
 
     hough_diag = static_cast<int>(std::sqrt(static_cast<double>(h * h + w * w)));
@@ -62,7 +65,7 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
     hough_rho_count = 2 * hough_diag;
     hough_acc_size = hough_rho_count * hough_angles;
 
-    bool ok = allocate(down_y, n, 1) && allocate(down_vu, static_cast<size_t>(h / 2) * (w / 2) * 2, 1) &&
+    bool ok = allocate(down_y, n, 1) && allocate(down_vu, std::max<size_t>(static_cast<size_t>(h / 2) * (w / 2) * 2, 2), 1) &&
               allocate(skin_mask, n, 1) && allocate(seed_map_full, n, 1) &&
               allocate(seed_map_band, n, 1) &&
               // One zero row below the label plane: the perimeter count reads
@@ -70,7 +73,7 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
               allocate(label_map, n, w) && allocate(finger_mask, n, 1) &&
               allocate(edge_map, n, 1) && allocate(color_dist, n) &&
               // Side-edge shape profiles are indexed by row.
-              allocate(shape_profile, static_cast<size_t>(std::max(w, h))) &&
+              allocate(shape_profile, static_cast<size_t>(std::max({w, h, 1}))) &&
               allocate(grad_xx, n) && allocate(grad_yy, n) && allocate(grad_xy, n) &&
               allocate(corner_response, n) && allocate(region_queue, n) &&
               allocate(full_y_buf, full, 1) && allocate(full_vu_buf, full / 2, 1) &&

@@ -10,9 +10,6 @@ inline int working_extent(int preview_extent) {
     return extent;
 }
 
-// Smallest working extent the detector accepts: the 3 x 3 gradient window
-// must fit inside the grid, so every pass stays within its planes.
-constexpr int kMinWorkingExtent = 4;
 // Largest preview extent accepted, far beyond any camera preview; it keeps
 // every plane size within int arithmetic.
 constexpr int kMaxPreviewExtent = 16384;

@@ -2,6 +2,7 @@
 // window is shifted inward instead of being clipped; the first and last rows
 // keep the left column at col - 1 even at the last column, so there the window
 // takes one byte past the row end (the planes carry a readable padding byte).
+// Grids smaller than the window count as flat.
 #include <cmath>
 
 #include "molo/detector.h"
@@ -10,6 +11,12 @@ void Molo_FingerDetect::Sobel3(unsigned char* plane, int row, int col, int width
                                int* magnitude) {
     int top;
     int left;
+    // A grid narrower or lower than the window (a preview under 24 pixels)
+    // has no window to shift into: it counts as flat.
+    if (width < 3 || height < 3) {
+        *magnitude = 0;
+        return;
+    }
     if (row == 0 && col == 0) {
         *magnitude = 0;
         return;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "MoloFingerDetect.h"
@@ -63,12 +64,45 @@ TEST(CApi, ArgumentChecksAndResults) {
     EXPECT_EQ(h->down_width, 80);
 }
 
-TEST(CApi, UnusableSizeGivesNullAndTheFailureMessage) {
+TEST(CApi, AbsurdSizeGivesNullAndTheFailureMessage) {
     LogCapture log;
-    EXPECT_EQ(MoloFinDetect_Initialize(nullptr, 640, 16, nullptr), nullptr);
+    EXPECT_EQ(MoloFinDetect_Initialize(nullptr, 640, 100000, nullptr), nullptr);
     const auto messages = log.messages();
     ASSERT_EQ(messages.size(), 2u);  // the banner, then the failure
     EXPECT_EQ(messages[1], (LoggedMessage{3, "MoloFinDetect_Initializ (-1)\n"}));
+}
+
+// Previews too small for a working grid still get a handle, and the decision
+// rules run on them unchanged, with an empty candidate of area 0. On a grid of
+// no rows and no columns nothing in the rules rejects it: it is held on the
+// first frame and reported at (0, 0) from the second. A grid of rows without
+// columns (a negative width) fails the shape test; a small grid with cells
+// finds the empty candidate too small for the middle of the frame.
+TEST(CApi, TinyAndNegativePreviewsRunTheRulesAsTheyStand) {
+    struct Case {
+        int width, height;
+        std::vector<int> results;
+    };
+    for (const Case& c : {Case{8, 8, {0, 1, 1}}, Case{15, 15, {0, 1, 1}},
+                          Case{-5, 480, {0, 0, 0}}, Case{176, 144, {0, 0, 0}}}) {
+        void* h = MoloFinDetect_Initialize(nullptr, c.width, c.height, nullptr);
+        ASSERT_NE(h, nullptr) << c.width << "x" << c.height;
+        const int w = std::max(c.width, 1);
+        const int ht = std::max(c.height, 2);
+        Nv21Frame f(w, ht, 120, 128, 128);
+        std::vector<int> results;
+        for (int frame = 0; frame < 3; ++frame) {
+            int row = -1, col = -1;
+            results.push_back(MoloFinDetect_Execute(h, f.y_plane(), f.vu_plane(), 0, w, 1, 2.0f,
+                                                    5000, &row, &col));
+            if (results.back() == 1) {
+                EXPECT_EQ(row, 0);
+                EXPECT_EQ(col, 0);
+            }
+        }
+        EXPECT_EQ(results, c.results) << c.width << "x" << c.height;
+        MoloFinDetect_Finalize(h, nullptr, 0);
+    }
 }
 
 TEST(CApi, WarmUpTriesEveryColourEntryOfAFrame) {

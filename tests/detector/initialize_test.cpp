@@ -19,13 +19,25 @@ TEST(Initialize, WorkingSizeIsAnEighthMadeEven) {
     }
 }
 
-TEST(Initialize, UnusableSizesFailWithoutAllocating) {
-    for (int size : {0, -64, 16, 24, 100000}) {
+TEST(Initialize, AnySizeSucceedsNegativeCountsAsZeroOnlyAbsurdSizesAreRefused) {
+    struct Case {
+        int width, height, stored_width, stored_height, down_width, down_height;
+    };
+    for (const Case& c : {Case{8, 8, 8, 8, 0, 0}, Case{15, 15, 15, 15, 0, 0},
+                          Case{16, 16, 16, 16, 2, 2}, Case{176, 144, 176, 144, 22, 18},
+                          Case{-5, 480, 0, 480, 0, 60}, Case{640, -1, 640, 0, 80, 0}}) {
         Molo_FingerDetect d;
-        EXPECT_EQ(d.Initialize(size, 480, nullptr), MOLO_INIT_BAD_SIZE) << size;
-        EXPECT_EQ(d.Initialize(640, size, nullptr), MOLO_INIT_BAD_SIZE) << size;
-        EXPECT_EQ(d.down_y, nullptr);
+        EXPECT_EQ(d.Initialize(c.width, c.height, nullptr), MOLO_INIT_OK) << c.width << "x" << c.height;
+        EXPECT_EQ(d.width, c.stored_width);
+        EXPECT_EQ(d.height, c.stored_height);
+        EXPECT_EQ(d.down_width, c.down_width);
+        EXPECT_EQ(d.down_height, c.down_height);
+        EXPECT_NE(d.down_y, nullptr);
+        d.Finalize(nullptr, 0);
     }
+    Molo_FingerDetect huge;
+    EXPECT_EQ(huge.Initialize(100000, 480, nullptr), MOLO_INIT_BAD_SIZE);
+    EXPECT_EQ(huge.down_y, nullptr);
 }
 
 TEST(Initialize, EveryFieldIsZeroBeforeInitialize) {
