@@ -18,7 +18,8 @@ case "${1:-}" in
 esac
 if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 
-packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev)
+packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev
+          libtiff-tools python3-pil python3-tifffile)
 [ "${1:-}" = "--clang" ] && packages+=(clang libomp-dev)
 if command -v dpkg >/dev/null 2>&1; then
   missing=()

@@ -18,6 +18,14 @@ inline int to_int_sat(double v) {
 
 inline int to_int_sat(float v) { return to_int_sat(static_cast<double>(v)); }
 
+// The same conversion to unsigned: NaN and values below 0 give 0, values
+// beyond the range saturate at UINT_MAX.
+inline unsigned to_unsigned_sat(double v) {
+    if (!(v > 0.0)) return 0;
+    if (v >= 4294967295.0) return UINT_MAX;
+    return static_cast<unsigned>(v);
+}
+
 }  // namespace molo
 
 #endif  // MOLO_SUPPORT_FLOAT_TO_INT_H
