@@ -125,6 +125,19 @@ bool dark_enough(const Molo_FingerDetect& d, float mean_y) {
     return !(surround - mean_y < 60.0f);
 }
 
+// The root of a float is correctly rounded and so never decreases as its
+// argument grows: sqrt(x) < 10 holds exactly for the x below the least float
+// whose root rounds to 10 or more. Comparing squared distances with that
+// bound gives the verdicts of the rooted comparison without a root per pixel.
+float squared_bound_below_ten() {
+    static const float bound = [] {
+        float x = 100.0f;
+        while (std::sqrt(std::nextafter(x, 0.0f)) >= 10.0f) x = std::nextafter(x, 0.0f);
+        return x;
+    }();
+    return bound;
+}
+
 // True when more than 5 % of the frame has the candidate's colour: among the
 // other skin pixels by chroma (only when skin covers over 5 % of the frame),
 // then among all other pixels by luma and chroma.
@@ -133,6 +146,7 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
     const int h = d.down_height;
     const float n = static_cast<float>(w * h);
     const unsigned int label = static_cast<unsigned int>(d.best_label);
+    const float near = squared_bound_below_ten();
     if (d.skin_ratio > 0.05f) {
         int count = 0;
         for (int r = 0; r < h; ++r) {
@@ -142,7 +156,7 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
                 const unsigned char* pair = molo::chroma_pair(d, r, c);
                 const float dv = m.v - static_cast<float>(pair[1]);
                 const float du = m.u - static_cast<float>(pair[0]);
-                if (std::sqrt(dv * dv + du * du) < 10.0f) ++count;
+                if (dv * dv + du * du < near) ++count;
             }
         }
         if (static_cast<float>(count) / n > 0.05f) return true;
@@ -156,7 +170,7 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
             const float du = m.u - static_cast<float>(pair[0]);
             const float dy = m.y - static_cast<float>(d.down_y[i]);
             const float dv = m.v - static_cast<float>(pair[1]);
-            if (std::sqrt(du * du + dy * dy + dv * dv) < 10.0f) ++count;
+            if (du * du + dy * dy + dv * dv < near) ++count;
         }
     }
     return static_cast<float>(count) / n > 0.05f;

@@ -2,8 +2,9 @@
 // entry, skin mask, region growing from the seed zones of the entry side, and
 // the choice of the region that best matches the colour and is compact.
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 
-#include "detector/chroma_pair.h"
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "molo/detector.h"
@@ -26,22 +27,37 @@ void count_frame(Molo_FingerDetect& d) {
 // Pixels whose chroma lies within the entry's radius and whose luma is flat
 // become 0xFF in skin_mask. Every pixel's distance is kept in color_dist for
 // the regions' mean distances. Returns the number of skin pixels.
+//
+// A chroma pair serves the 2 x 2 working pixels at rows 2pr, 2pr + 1 and
+// columns 2pc, 2pc + 1, so its distance is computed once and given to all
+// four; it is the same value the per-pixel formula gives each of them.
 int build_skin_mask(Molo_FingerDetect& d, float radius) {
     const int w = d.down_width;
     const int h = d.down_height;
+    const float ref_u = d.ref_u;
+    const float ref_v = d.ref_v;
+    unsigned char* const mask = d.skin_mask;
+    unsigned char* const luma = d.down_y;
     int count = 0;
-    for (int r = 0; r < h; ++r) {
-        for (int c = 0; c < w; ++c) {
-            const unsigned char* pair = molo::chroma_pair(d, r, c);
-            const float dv = static_cast<float>(pair[1]) - d.ref_v;
-            const float du = static_cast<float>(pair[0]) - d.ref_u;
+    for (int r0 = 0; r0 < h; r0 += 2) {
+        const unsigned char* pairs = d.down_vu + (r0 / 2) * w;
+        float* const dist_row = d.color_dist + r0 * w;
+        for (int c0 = 0; c0 < w; c0 += 2) {
+            const float dv = static_cast<float>(pairs[c0 + 1]) - ref_v;
+            const float du = static_cast<float>(pairs[c0]) - ref_u;
             const float dist = std::sqrt(dv * dv + du * du);
-            d.color_dist[r * w + c] = dist;
-            if (dist < radius) {
+            dist_row[c0] = dist;
+            if (c0 + 1 < w) dist_row[c0 + 1] = dist;
+        }
+        const int rows = r0 + 1 < h ? 2 : 1;
+        if (rows == 2) std::memcpy(dist_row + w, dist_row, static_cast<size_t>(w) * sizeof(float));
+        for (int c = 0; c < w; ++c) {
+            if (!(dist_row[c] < radius)) continue;
+            for (int r = r0; r < r0 + rows; ++r) {
                 int magnitude;
-                d.Sobel3(d.down_y, r, c, w, h, &magnitude);
+                d.Sobel3(luma, r, c, w, h, &magnitude);
                 if (magnitude < kFlatGradientLimit) {
-                    d.skin_mask[r * w + c] = 0xFF;
+                    mask[r * w + c] = 0xFF;
                     ++count;
                 }
             }
@@ -50,32 +66,55 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
     return count;
 }
 
+// Cells are scanned in blocks of a fixed size, which the compiler turns into
+// vector compares; only a block holding a possible seed is looked at cell by
+// cell.
+constexpr int kScanBlock = 16;
+
 // Grows one region from every not-yet-grown skin pixel of the entry side's
 // seed zone, in row-major order. Returns one past the last label given, or 0
 // when more regions than labels were found.
 int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char seed_value) {
     const int w = d.down_width;
     const int h = d.down_height;
+    const int n = w * h;
+    const unsigned int* const labels = d.label_map;
     int label = kFirstRegionLabel;
-    for (int r = 0; r < h; ++r) {
-        for (int c = 0; c < w; ++c) {
-            const int i = r * w + c;
-            if (d.label_map[i] != 0 || seeds[i] != seed_value) continue;
-            int count = 0;
-            d.ConnectedSet(Pixel{r, c}, 1.0, d.skin_mask, w, h, label, d.label_map, &count);
-            d.region_stats[label].area = static_cast<float>(count);
-            ++label;
-            if (label > kLastRegionLabel) return 0;
+    // Row-major order is the order of the plane, so one pass over the cell
+    // index visits the seeds in the order of the rows.
+    auto grow_from = [&](int i) {
+        if (seeds[i] != seed_value || labels[i] != 0) return true;
+        int count = 0;
+        d.ConnectedSet(Pixel{i / w, i % w}, 1.0, d.skin_mask, w, h, label, d.label_map, &count);
+        d.region_stats[label].area = static_cast<float>(count);
+        ++label;
+        return label <= kLastRegionLabel;
+    };
+    int i = 0;
+    for (; i + kScanBlock <= n; i += kScanBlock) {
+        int candidates = 0;
+        for (int k = 0; k < kScanBlock; ++k) {
+            candidates |= (seeds[i + k] == seed_value) & (labels[i + k] == 0);
         }
+        if (candidates == 0) continue;
+        for (int k = 0; k < kScanBlock; ++k) {
+            if (!grow_from(i + k)) return 0;
+        }
+    }
+    for (; i < n; ++i) {
+        if (!grow_from(i)) return 0;
     }
     return label;
 }
 
 float mean_color_distance(const Molo_FingerDetect& d, int label) {
     const int n = d.down_width * d.down_height;
+    const unsigned int* const labels = d.label_map;
+    const float* const dist = d.color_dist;
+    const unsigned int mark = static_cast<unsigned int>(label);
     float sum = 0.0f;
     for (int i = 0; i < n; ++i) {
-        if (d.label_map[i] == static_cast<unsigned int>(label)) sum += d.color_dist[i];
+        if (labels[i] == mark) sum += dist[i];
     }
     return sum / d.region_stats[label].area;
 }
@@ -176,12 +215,22 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     min_area = static_cast<int>(static_cast<float>(n) * 0.0023f);
     max_area = static_cast<int>(static_cast<float>(n) * (small_tone ? 0.05f : 0.12f));
 
-    for (int i = 0; i < n; ++i) skin_mask[i] = 0;
+    std::memset(skin_mask, 0, static_cast<size_t>(n));
     const int skin_count = build_skin_mask(*this, entry.radius);
     skin_ratio = static_cast<float>(skin_count) / static_cast<float>(n);
     if (skin_ratio > 0.3f) return molo::reject(*this, "%d:too many finger pixel at all over area\n");
 
-    for (int i = 0; i < n; ++i) label_map[i] = skin_mask[i] == 0 ? 1 : 0;
+    {
+        const unsigned char* const mask = skin_mask;
+        unsigned int* const labels = label_map;
+        int i = 0;
+        for (; i + kScanBlock <= n; i += kScanBlock) {
+            unsigned char block[kScanBlock];  // a local copy cannot alias the labels
+            std::memcpy(block, mask + i, sizeof block);
+            for (int k = 0; k < kScanBlock; ++k) labels[i + k] = block[k] == 0 ? 1u : 0u;
+        }
+        for (; i < n; ++i) labels[i] = mask[i] == 0 ? 1u : 0u;
+    }
 
     const unsigned char* seeds = small_tone ? seed_map_band : seed_map_full;
     const unsigned char seed_value = orientation == 0 ? 1 : 2;

@@ -17,6 +17,8 @@ namespace {
 // Angles on either side of the strongest one that form its neighbourhood.
 constexpr int kNearHalf = 15;
 constexpr int kNearCount = 2 * kNearHalf + 1;
+// Angles of the accumulator (one per degree).
+constexpr int kMaxAngles = 180;
 
 struct RunFigures {
     int run;
@@ -73,20 +75,36 @@ double Molo_FingerDetect::HoughLine() {
         }
     }
 
-    // Strongest cell: rho outer, angle inner, first one kept on ties.
-    peak_votes = 0;
-    peak_angle = 0;
-    peak_rho = 0;
+    // One pass over the accumulator, rho outer and angle inner, finds the
+    // strongest cell (the first one met on ties) and, per angle, the most
+    // votes and the first rho that has them. The per-angle figures give the
+    // vote profile and the second line without scanning the accumulator by
+    // columns: for each angle, the first rho with the column's most votes is
+    // the cell a rho-inner scan would settle on.
+    int column_most[kMaxAngles] = {};
+    int column_rho[kMaxAngles] = {};
+    int best_votes = 0;
+    int best_angle = 0;
+    int best_rho = 0;
+    const int* const acc = hough_acc;
     for (int r = 0; r < hough_rho_count; ++r) {
-        const int* cells = hough_acc + static_cast<size_t>(r) * angles;
+        const int* cells = acc + static_cast<size_t>(r) * angles;
         for (int a = 0; a < angles; ++a) {
-            if (cells[a] > peak_votes) {
-                peak_votes = cells[a];
-                peak_angle = a;
-                peak_rho = r;
+            const int votes = cells[a];
+            if (votes > column_most[a]) {
+                column_most[a] = votes;
+                column_rho[a] = r;
+            }
+            if (votes > best_votes) {
+                best_votes = votes;
+                best_angle = a;
+                best_rho = r;
             }
         }
     }
+    peak_votes = best_votes;
+    peak_angle = best_angle;
+    peak_rho = best_rho;
 
     // Vote profile over the 31 angles around the peak, wrapped into [0, 180).
     float profile[kNearCount];
@@ -100,12 +118,7 @@ double Molo_FingerDetect::HoughLine() {
             k -= 180;
         }
         near_angles[j] = k;
-        int most = 0;
-        for (int r = 0; r < hough_rho_count; ++r) {
-            const int votes = hough_acc[static_cast<size_t>(r) * angles + k];
-            if (votes > most) most = votes;
-        }
-        profile[j] = static_cast<float>(most) / static_cast<float>(edge_count);
+        profile[j] = static_cast<float>(column_most[k]) / static_cast<float>(edge_count);
         sum += static_cast<double>(profile[j]);
         sum_sq += static_cast<double>(profile[j] * profile[j]);
     }
@@ -120,13 +133,10 @@ double Molo_FingerDetect::HoughLine() {
             if (near_angles[j] == a) near = true;
         }
         if (near) continue;
-        for (int r = 0; r < hough_rho_count; ++r) {
-            const int votes = hough_acc[static_cast<size_t>(r) * angles + a];
-            if (votes > second_votes) {
-                second_votes = votes;
-                second_angle = a;
-                second_rho = r;
-            }
+        if (column_most[a] > second_votes) {
+            second_votes = column_most[a];
+            second_angle = a;
+            second_rho = column_rho[a];
         }
     }
 
