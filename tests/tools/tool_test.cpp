@@ -1,0 +1,237 @@
+// The whole program through run_tool: the demo clip end to end, inputs from
+// standard input, files and TIFF lists, and the exit status and one-line
+// message of every kind of bad input.
+#include "tool.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "MoloFingerDetect.h"
+#include "demo_scene.h"
+#include "frame.h"
+#include "tool_test_support.h"
+#include "y4m_reader.h"
+
+using fingerdetect::DemoScene;
+using tool_test::read_file;
+using tool_test::run_tool;
+using tool_test::scratch_path;
+using tool_test::write_file;
+using tool_test::y4m_stream;
+
+namespace {
+
+struct CsvRow {
+    long frame;
+    int result;
+    int row;
+    int col;
+};
+
+std::vector<CsvRow> csv_rows(const tool_test::ToolRun& run) {
+    std::vector<CsvRow> rows;
+    const auto lines = run.out_lines();
+    EXPECT_FALSE(lines.empty());
+    if (lines.empty()) return rows;
+    EXPECT_EQ(lines[0], "frame,result,row,col");
+    for (size_t i = 1; i < lines.size(); ++i) {
+        CsvRow r{-1, -1, -1, -1};
+        std::sscanf(lines[i].c_str(), "%ld,%d,%d,%d", &r.frame, &r.result, &r.row, &r.col);
+        rows.push_back(r);
+    }
+    return rows;
+}
+
+}  // namespace
+
+TEST(Tool, DemoReportsOnlyAConfirmedFingerAndNothingAfterItLeaves) {
+    const auto run = run_tool({"demo"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto rows = csv_rows(run);
+    ASSERT_EQ(static_cast<long>(rows.size()), DemoScene::kFrames);
+    long reports = 0;
+    long first = -1;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const CsvRow& r = rows[i];
+        EXPECT_EQ(r.frame, static_cast<long>(i));
+        if (r.result != 1) {
+            EXPECT_EQ(r.result, 0);
+            continue;
+        }
+        SCOPED_TRACE("frame " + std::to_string(i));
+        // A report needs the finger on this frame and the one before.
+        EXPECT_TRUE(DemoScene::finger_present(r.frame));
+        EXPECT_TRUE(DemoScene::finger_present(r.frame - 1));
+        EXPECT_EQ(r.row % 8, 0);
+        EXPECT_EQ(r.col % 8, 0);
+        EXPECT_LT(r.col, DemoScene::kWidth / 4);  // near the left edge it enters from
+        EXPECT_NEAR(r.row, DemoScene::kHeight / 2, DemoScene::kHeight / 8);
+        if (first < 0) first = r.frame;
+        ++reports;
+    }
+    // The finger covers the frame long enough to be reported for a while.
+    EXPECT_GE(reports, 10);
+    EXPECT_TRUE(DemoScene::finger_present(first - 1));
+    EXPECT_NE(run.err.find("reports: " + std::to_string(reports) + ", first at frame " +
+                           std::to_string(first)),
+              std::string::npos)
+        << run.err;
+    EXPECT_NE(run.err.find("frames: 40 (640x480)"), std::string::npos);
+    EXPECT_NE(run.err.find("99th percentile"), std::string::npos);
+}
+
+TEST(Tool, AnnotatedDemoIsAStreamOfTheClipWithTheDecisionOnIt) {
+    const std::string path = scratch_path("demo.y4m");
+    const auto run = run_tool({"demo", "--json", "--annotate", path});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto lines = run.out_lines();
+    ASSERT_EQ(static_cast<long>(lines.size()), DemoScene::kFrames);
+    EXPECT_EQ(lines[0], "{\"frame\":0,\"result\":0,\"row\":null,\"col\":null}");
+
+    fingerdetect::Y4mReader reader(std::fopen(path.c_str(), "rb"), path, true);
+    std::string error;
+    ASSERT_TRUE(reader.start(error)) << error;
+    fingerdetect::Frame frame;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        ASSERT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kFrame) << error;
+        // Top-left chroma pair: the frame's border colour, V then U.
+        const int v = frame.vu[0];
+        const bool reported = lines[i].find("\"result\":1") != std::string::npos;
+        if (reported) {
+            EXPECT_EQ(v, 240) << i;  // red
+            int row = 0, col = 0;
+            std::sscanf(lines[i].c_str(), "{\"frame\":%*d,\"result\":1,\"row\":%d,\"col\":%d}",
+                        &row, &col);
+            EXPECT_EQ(frame.y[static_cast<size_t>(row) * frame.stride + col], 235) << i;  // cross
+        } else if (i < 8) {
+            EXPECT_EQ(v, 128) << i;  // searching: neutral grey
+        }
+    }
+    EXPECT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kEnd);
+    std::remove(path.c_str());
+}
+
+TEST(Tool, ReadsStandardInputAndKeepsTheFramesBeforeATruncation) {
+    const auto whole = run_tool({"-", "--meta", "/dev/null"}, y4m_stream(64, 48, 3));
+    EXPECT_EQ(whole.status, 1);  // an empty meta file has no rows
+    EXPECT_NE(whole.last_err_line().find("--meta: /dev/null: no rows"), std::string::npos);
+
+    const auto ok = run_tool({"-", "--json"}, y4m_stream(64, 48, 3));
+    EXPECT_EQ(ok.status, 0) << ok.err;
+    EXPECT_EQ(ok.out_lines().size(), 3u);
+
+    std::string cut = y4m_stream(64, 48, 3);
+    cut.resize(cut.size() - 100);
+    const auto run = run_tool({"-"}, cut);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(csv_rows(run).size(), 2u);
+    EXPECT_NE(run.err.find("frames: 2 (64x48)"), std::string::npos);
+    EXPECT_EQ(run.last_err_line(),
+              "molo-fingerdetect: standard input: frame 2 is truncated: 100 of 4608 bytes missing");
+}
+
+TEST(Tool, RawFramesAndPerFrameCameraState) {
+    const std::string clip = scratch_path("clip.nv21");
+    const std::string meta = scratch_path("meta.csv");
+    write_file(clip, std::string(3 * 64 * 48 * 3 / 2, '\x80'));
+    write_file(meta, "frame,gain,cct\n0,1.0,5000\n2,6.0,2800\n");
+    const auto run = run_tool({"--size", "64x48", "--meta", meta, "--orientation", "1", clip});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(csv_rows(run).size(), 3u);
+
+    const auto bad = run_tool({"--size", "64x48", clip + ".missing"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_NE(bad.last_err_line().find("cannot open"), std::string::npos);
+    const auto unsized = run_tool({clip});
+    EXPECT_EQ(unsized.status, 1);
+    EXPECT_NE(unsized.last_err_line().find("raw NV21 frames need --size WxH"), std::string::npos);
+    std::remove(clip.c_str());
+    std::remove(meta.c_str());
+}
+
+TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
+    struct Case {
+        std::vector<std::string> args;
+        std::string in;
+        int status;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {{"--bogus"}, "", 2, "unknown option --bogus (see --help)"},
+        {{"-"}, "", 1, "standard input is empty"},
+        {{"-"}, "YUV4MPEG2 W64 H48 C444\n", 1, "chroma layout \"C444\" is not supported"},
+        {{"-"}, "YUV4MPEG2 W64 H48 It\n", 1, "interlaced"},
+        {{"-"}, "YUV4MPEG2 W64 H48\n", 1, "the input holds no frames"},
+        {{"-"}, "YUV4MPEG2 W64 H48\nFRAME", 1, "frame 0 is truncated"},
+        {{"--meta", "/nonexistent.csv", "-"}, "", 1, "--meta: cannot open /nonexistent.csv"},
+        {{"--dump", "/proc/version", "-"}, y4m_stream(64, 48, 1), 1, "not a directory"},
+        {{"--annotate", "/nonexistent/a.y4m", "-"}, y4m_stream(64, 48, 1), 1, "cannot create"},
+        {{"missing.tif"}, "", 1, "cannot open missing.tif"},
+    };
+    for (const Case& c : cases) {
+        const auto run = run_tool(c.args, c.in);
+        EXPECT_EQ(run.status, c.status) << c.message;
+        EXPECT_EQ(run.last_err_line().rfind("molo-fingerdetect: ", 0), 0u) << run.err;
+        EXPECT_NE(run.last_err_line().find(c.message), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(run_tool({"--help"}).status, 0);
+}
+
+TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
+    // Two colour pictures written by the library's own NV21 dump.
+    fingerdetect::Frame frame;
+    fingerdetect::DemoScene::render(16, frame);
+    std::vector<std::string> paths;
+    for (int i = 0; i < 2; ++i) {
+        paths.push_back(scratch_path("f" + std::to_string(i) + ".tif"));
+        std::vector<char> path(paths.back().begin(), paths.back().end());
+        path.push_back('\0');
+        ASSERT_EQ(TIFF_Save_YUV2RGB(frame.y.data(), frame.vu.data(), frame.width, frame.height,
+                                    path.data()),
+                  0);
+    }
+    const auto run = run_tool(paths);
+    EXPECT_EQ(run.status, 0) << run.err;
+    const auto rows = csv_rows(run);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1].result, 1);  // the covering finger survives the colour round trip
+
+    // A grey picture, then one of another size.
+    const std::string grey = scratch_path("grey.tif");
+    std::vector<char> grey_path(grey.begin(), grey.end());
+    grey_path.push_back('\0');
+    ASSERT_EQ(TIFF_SaveY(frame.y.data(), 64, 48, grey_path.data()), 0);
+    EXPECT_NE(run_tool({grey}).last_err_line().find("not a colour (RGB) picture"),
+              std::string::npos);
+    const auto mixed = run_tool({paths[0], grey});
+    EXPECT_EQ(mixed.status, 1);
+    EXPECT_EQ(csv_rows(mixed).size(), 1u);
+    EXPECT_NE(mixed.last_err_line().find("frame 1: "), std::string::npos) << mixed.err;
+    for (const auto& p : paths) std::remove(p.c_str());
+    std::remove(grey.c_str());
+}
+
+TEST(Tool, DumpWritesTheWorkingPlanesOfEveryFrame) {
+    const std::string dir = scratch_path("dump");
+    const auto run = run_tool({"--dump", dir, "-"}, y4m_stream(64, 48, 2));
+    ASSERT_EQ(run.status, 0) << run.err;
+    for (const char* plane : {"luma", "colour", "skin", "finger", "outline"}) {
+        for (int f = 0; f < 2; ++f) {
+            const std::string path =
+                dir + "/frame_00000" + std::to_string(f) + "_" + plane + ".tif";
+            EXPECT_FALSE(read_file(path).empty()) << path;
+            std::remove(path.c_str());
+        }
+    }
+    std::remove(dir.c_str());
+}
+
+TEST(Tool, LogSwitchIsSetOnlyWhileTheDetectorStarts) {
+    unsetenv("Molo.FingerDetection.enable.log");
+    EXPECT_EQ(run_tool({"--log", "-"}, y4m_stream(64, 48, 1)).status, 0);
+    EXPECT_EQ(std::getenv("Molo.FingerDetection.enable.log"), nullptr);
+}
