@@ -4,23 +4,39 @@
 #   tools/run_tests.sh              plain build in build/ (the system compiler)
 #   tools/run_tests.sh --sanitize   AddressSanitizer + UBSan build in build-sanitize/
 #   tools/run_tests.sh --clang      clang with its own OpenMP runtime in build-clang/
+#   tools/run_tests.sh --armhf      32-bit ARM (ARMv7-A, NEON, hard float) cross build
+#                                   in build-armhf/, tests run under qemu-arm
+#   tools/run_tests.sh --aarch64    64-bit ARM cross build in build-aarch64/, tests
+#                                   run under qemu-aarch64
+# The cross builds leave out the soak test (labelled soak): it watches the
+# memory of a native process, and emulation would only make it slow.
 # With CI=true, warnings fail the build.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build="$root/build"
 cmake_args=()
+ctest_args=()
 case "${1:-}" in
   "") ;;
   --sanitize) build="$root/build-sanitize"; cmake_args+=(-DMOLO_SANITIZE=ON) ;;
   --clang) build="$root/build-clang"; cmake_args+=(-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++) ;;
-  *) echo "usage: $0 [--sanitize | --clang]" >&2; exit 2 ;;
+  --armhf | --aarch64)
+    target=${1#--}
+    build="$root/build-$target"
+    cmake_args+=(-DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchains/$target.cmake")
+    ctest_args+=(-LE soak) ;;
+  *) echo "usage: $0 [--sanitize | --clang | --armhf | --aarch64]" >&2; exit 2 ;;
 esac
 if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 
 packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev
           libtiff-tools python3-pil python3-tifffile)
-[ "${1:-}" = "--clang" ] && packages+=(clang libomp-dev)
+case "${1:-}" in
+  --clang) packages+=(clang libomp-dev) ;;
+  --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
+  --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
+esac
 if command -v dpkg >/dev/null 2>&1; then
   missing=()
   for p in "${packages[@]}"; do
@@ -44,4 +60,4 @@ fi
 jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$root" -B "$build" "${cmake_args[@]}"
 cmake --build "$build" -j"$jobs"
-ctest --test-dir "$build" --output-on-failure -j"$jobs"
+ctest --test-dir "$build" --output-on-failure -j"$jobs" ${ctest_args[@]+"${ctest_args[@]}"}
