@@ -2,6 +2,8 @@
 // lens, the two-frame confirmation and the report of its position.
 #include <climits>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 
 #include "detector/chroma_pair.h"
 #include "detector/decision.h"
@@ -141,6 +143,10 @@ float squared_bound_below_ten() {
 // True when more than 5 % of the frame has the candidate's colour: among the
 // other skin pixels by chroma (only when skin covers over 5 % of the frame),
 // then among all other pixels by luma and chroma.
+//
+// Both pixels of a chroma pair share its differences; the squares are formed
+// once per pair and summed per pixel in the order of the formula,
+// (du^2 + dy^2) + dv^2, so every pixel's figure is the one the formula gives.
 bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
     const int w = d.down_width;
     const int h = d.down_height;
@@ -163,14 +169,19 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
     }
     int count = 0;
     for (int r = 0; r < h; ++r) {
-        for (int c = 0; c < w; ++c) {
-            const int i = r * w + c;
-            if (d.label_map[i] == label) continue;
-            const unsigned char* pair = molo::chroma_pair(d, r, c);
-            const float du = m.u - static_cast<float>(pair[0]);
-            const float dy = m.y - static_cast<float>(d.down_y[i]);
-            const float dv = m.v - static_cast<float>(pair[1]);
-            if (du * du + dy * dy + dv * dv < near) ++count;
+        const unsigned char* const pairs = d.down_vu + (r / 2) * w;
+        const unsigned char* const luma = d.down_y + r * w;
+        const unsigned int* const labels = d.label_map + r * w;
+        for (int c0 = 0; c0 < w; c0 += 2) {
+            const float du = m.u - static_cast<float>(pairs[c0]);
+            const float dv = m.v - static_cast<float>(pairs[c0 + 1]);
+            const float du2 = du * du;
+            const float dv2 = dv * dv;
+            const int c1 = c0 + 1 < w ? c0 + 2 : c0 + 1;
+            for (int c = c0; c < c1; ++c) {
+                const float dy = m.y - static_cast<float>(luma[c]);
+                count += labels[c] != label && (du2 + dy * dy) + dv2 < near;
+            }
         }
     }
     return static_cast<float>(count) / n > 0.05f;
@@ -198,13 +209,16 @@ int decide(Molo_FingerDetect& d, int area, int* pos_row, int* pos_col) {
 
     if (means.y > 100.0f && (kind == 2 || kind == 4)) return reject(d, "%d:gray object.\n");
 
-    for (int i = 0; i < n; ++i) d.finger_mask[i] = 0;
+    // Local copies of the plane pointers: a byte store could otherwise alias
+    // the detector's fields and force them to be read again on every cell.
+    unsigned char* const finger = d.finger_mask;
+    const unsigned int* const labels = d.label_map;
+    std::memset(finger, 0, static_cast<size_t>(n));
     if (colour_too_common(d, means)) return reject(d, kSimilarColour);
 
+    // The mask is all 0 here: it becomes 1 on the candidate's cells.
     const unsigned int label = static_cast<unsigned int>(d.best_label);
-    for (int i = 0; i < n; ++i) {
-        if (d.label_map[i] == label) d.finger_mask[i] = 1;
-    }
+    for (int i = 0; i < n; ++i) finger[i] = labels[i] == label ? 1 : 0;
 
     if (!d.HarrisHough()) return reject(d, "%d:HarrisHough detection.\n");
 
@@ -227,7 +241,7 @@ int decide(Molo_FingerDetect& d, int area, int* pos_row, int* pos_col) {
     int sum_col = 0;
     for (int r = 0; r < h; ++r) {
         for (int c = 0; c < w; ++c) {
-            if (d.finger_mask[r * w + c] == 1) {
+            if (finger[r * w + c] == 1) {
                 sum_row += r;
                 sum_col += c;
             }

@@ -7,6 +7,7 @@
 
 #include "detector/decision.h"
 #include "detector/rejection.h"
+#include "features/sobel3_window.h"
 #include "molo/detector.h"
 #include "support/log.h"
 
@@ -37,28 +38,40 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
     const float ref_u = d.ref_u;
     const float ref_v = d.ref_v;
     unsigned char* const mask = d.skin_mask;
-    unsigned char* const luma = d.down_y;
+    const unsigned char* const luma = d.down_y;
+    const int pair_count = (w + 1) / 2;
     int count = 0;
     for (int r0 = 0; r0 < h; r0 += 2) {
-        const unsigned char* pairs = d.down_vu + (r0 / 2) * w;
+        const unsigned char* const pairs = d.down_vu + (r0 / 2) * w;
         float* const dist_row = d.color_dist + r0 * w;
-        for (int c0 = 0; c0 < w; c0 += 2) {
-            const float dv = static_cast<float>(pairs[c0 + 1]) - ref_v;
-            const float du = static_cast<float>(pairs[c0]) - ref_u;
-            const float dist = std::sqrt(dv * dv + du * du);
-            dist_row[c0] = dist;
-            if (c0 + 1 < w) dist_row[c0 + 1] = dist;
+        // The pair distances are computed into the tail of the row first, in
+        // one loop the compiler vectorizes, then spread over the row from the
+        // left: pixel 2k and 2k + 1 take pair k, and those stores only reach
+        // tail entries that have already been read.
+        float* const pair_dist = dist_row + (w - pair_count);
+        for (int k = 0; k < pair_count; ++k) {
+            const float dv = static_cast<float>(pairs[2 * k + 1]) - ref_v;
+            const float du = static_cast<float>(pairs[2 * k]) - ref_u;
+            pair_dist[k] = std::sqrt(dv * dv + du * du);
+        }
+        for (int k = 0; k < pair_count; ++k) {
+            const float dist = pair_dist[k];
+            dist_row[2 * k] = dist;
+            if (2 * k + 1 < w) dist_row[2 * k + 1] = dist;
         }
         const int rows = r0 + 1 < h ? 2 : 1;
         if (rows == 2) std::memcpy(dist_row + w, dist_row, static_cast<size_t>(w) * sizeof(float));
-        for (int c = 0; c < w; ++c) {
-            if (!(dist_row[c] < radius)) continue;
+        // The four pixels of a pair share its verdict on the radius.
+        for (int c0 = 0; c0 < w; c0 += 2) {
+            if (!(dist_row[c0] < radius)) continue;
+            const int c1 = c0 + 1 < w ? c0 + 2 : c0 + 1;
             for (int r = r0; r < r0 + rows; ++r) {
-                int magnitude;
-                d.Sobel3(luma, r, c, w, h, &magnitude);
-                if (magnitude < kFlatGradientLimit) {
-                    mask[r * w + c] = 0xFF;
-                    ++count;
+                for (int c = c0; c < c1; ++c) {
+                    if (molo::flat_below(molo::sobel3_squared(luma, r, c, w, h),
+                                         kFlatGradientLimit)) {
+                        mask[r * w + c] = 0xFF;
+                        ++count;
+                    }
                 }
             }
         }
@@ -67,7 +80,7 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
 }
 
 // Cells are scanned in blocks of a fixed size, which the compiler turns into
-// vector compares; only a block holding a possible seed is looked at cell by
+// vector compares; only a block holding a seed cell is looked at cell by
 // cell.
 constexpr int kScanBlock = 16;
 
@@ -92,11 +105,9 @@ int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char
     };
     int i = 0;
     for (; i + kScanBlock <= n; i += kScanBlock) {
-        int candidates = 0;
-        for (int k = 0; k < kScanBlock; ++k) {
-            candidates |= (seeds[i + k] == seed_value) & (labels[i + k] == 0);
-        }
-        if (candidates == 0) continue;
+        unsigned char seeded = 0;
+        for (int k = 0; k < kScanBlock; ++k) seeded |= seeds[i + k] == seed_value;
+        if (seeded == 0) continue;
         for (int k = 0; k < kScanBlock; ++k) {
             if (!grow_from(i + k)) return 0;
         }

@@ -64,6 +64,9 @@ double Molo_FingerDetect::HoughLine() {
         hough_acc, 0,
         static_cast<size_t>(hough_rho_count + 1) * static_cast<size_t>(angles) * sizeof(int));
 
+    // The rho rows that received votes; every other row stays 0.
+    int voted_low = hough_rho_count;
+    int voted_high = -1;
     for (int row = box_top; row <= box_bottom; ++row) {
         const unsigned char* line = edge_map + static_cast<size_t>(row) * down_width;
         for (int col = box_left; col <= box_right; ++col) {
@@ -71,6 +74,8 @@ double Molo_FingerDetect::HoughLine() {
             for (int a = 0; a < angles; ++a) {
                 const int r = molo::to_int_sat(molo::rho_position(*this, row, col, a));
                 ++hough_acc[static_cast<size_t>(r) * angles + a];
+                if (r < voted_low) voted_low = r;
+                if (r > voted_high) voted_high = r;
             }
         }
     }
@@ -80,14 +85,17 @@ double Molo_FingerDetect::HoughLine() {
     // votes and the first rho that has them. The per-angle figures give the
     // vote profile and the second line without scanning the accumulator by
     // columns: for each angle, the first rho with the column's most votes is
-    // the cell a rho-inner scan would settle on.
+    // the cell a rho-inner scan would settle on. Rows without votes hold only
+    // zeros, which never replace a maximum that starts at 0, so the scan
+    // covers the voted rows alone.
     int column_most[kMaxAngles] = {};
     int column_rho[kMaxAngles] = {};
     int best_votes = 0;
     int best_angle = 0;
     int best_rho = 0;
     const int* const acc = hough_acc;
-    for (int r = 0; r < hough_rho_count; ++r) {
+    const int scan_end = voted_high < hough_rho_count ? voted_high + 1 : hough_rho_count;
+    for (int r = voted_low; r < scan_end; ++r) {
         const int* cells = acc + static_cast<size_t>(r) * angles;
         for (int a = 0; a < angles; ++a) {
             const int votes = cells[a];

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "MoloFingerDetect.h"
+#include "features/sobel3_window.h"
 
 namespace {
 
@@ -35,6 +37,19 @@ TEST(Sobel3, StepResponseAndZeroCorners) {
     auto ramp = make_plane(6, 5, [](int r, int c) { return 40 * r + 10 * c; });
     EXPECT_EQ(sobel3(ramp, 0, 0, 6, 5), 0);
     EXPECT_EQ(sobel3(ramp, 4, 0, 6, 5), 0);
+}
+
+TEST(Sobel3, FlatTestOnTheSquareAgreesWithTheTruncatedRoot) {
+    // The skin mask compares squared magnitudes; over every square a window
+    // can give (|gx|, |gy| <= 1020) that must agree with Sobel3's own
+    // magnitude, the truncated root, for the limit it uses and its neighbours.
+    for (int limit : {59, 60, 61}) {
+        for (int sq = 0; sq <= 2 * 1020 * 1020; ++sq) {
+            const int magnitude =
+                static_cast<int>(static_cast<float>(std::sqrt(static_cast<double>(sq))));
+            ASSERT_EQ(molo::flat_below(sq, limit), magnitude < limit) << sq;
+        }
+    }
 }
 
 TEST(Sobel3, BorderWindowsShiftInward) {
