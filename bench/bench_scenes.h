@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <vector>
 
 #include "common/synthetic_frame.h"
@@ -125,6 +127,42 @@ inline Nv21Frame speck_scene(int width, int height) {
     for (int pair = 0; pair < 3; ++pair) f.set_pair(28, pair, 156, 109);
     return f;
 }
+
+// A block of bytes starting on a page boundary, as the camera's preview
+// buffers do. Where a buffer starts decides which cache sets its rows fall
+// into; with page-aligned frames every run of a benchmark sees the same
+// placement, instead of whatever the heap handed out after the cases before.
+class PageAligned {
+public:
+    explicit PageAligned(size_t bytes)
+        : data_(static_cast<uint8_t*>(std::aligned_alloc(kPage, round_up(bytes)))) {}
+    uint8_t* data() { return data_.get(); }
+
+private:
+    static constexpr size_t kPage = 4096;
+    static size_t round_up(size_t n) { return (n + kPage - 1) / kPage * kPage + kPage; }
+    struct Free {
+        void operator()(uint8_t* p) const { std::free(p); }
+    };
+    std::unique_ptr<uint8_t, Free> data_;
+};
+
+// A synthetic frame copied into page-aligned luma and chroma planes.
+struct CameraFrame {
+    int width;
+    int height;
+    int stride;
+    PageAligned y;
+    PageAligned vu;
+
+    explicit CameraFrame(const Nv21Frame& f)
+        : width(f.width), height(f.height), stride(f.stride), y(f.y.size()), vu(f.vu.size()) {
+        std::memcpy(y.data(), f.y.data(), f.y.size());
+        std::memcpy(vu.data(), f.vu.data(), f.vu.size());
+    }
+    uint8_t* y_plane() { return y.data(); }
+    uint8_t* vu_plane() { return vu.data(); }
+};
 
 }  // namespace bench
 

@@ -28,7 +28,7 @@ public:
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
-    int run(Nv21Frame& f) {
+    int run(bench::CameraFrame& f) {
         return MoloFinDetect_Execute(fd_, f.y_plane(), f.vu_plane(), 0, f.stride, 1, kGain, kKelvin,
                                      &row_, &col_);
     }
@@ -43,8 +43,10 @@ private:
 // The floor: one memcpy of the frame's luma and chroma bytes.
 void BM_Memcpy(benchmark::State& state) {
     const size_t bytes = static_cast<size_t>(width_of(state)) * height_of(state) * 3 / 2;
-    std::vector<unsigned char> from(bytes, 7);
-    std::vector<unsigned char> to(bytes);
+    bench::PageAligned from(bytes);
+    bench::PageAligned to(bytes);
+    std::memset(from.data(), 7, bytes);
+    std::memset(to.data(), 0, bytes);
     for (auto _ : state) {
         std::memcpy(to.data(), from.data(), bytes);
         benchmark::ClobberMemory();
@@ -53,7 +55,7 @@ void BM_Memcpy(benchmark::State& state) {
 }
 
 void BM_DownSampling(benchmark::State& state) {
-    Nv21Frame frame = bench::natural_scene(width_of(state), height_of(state));
+    bench::CameraFrame frame(bench::natural_scene(width_of(state), height_of(state)));
     Molo_FingerDetect d;
     d.Initialize(frame.width, frame.height, nullptr);
     d.src_y = frame.y_plane();
@@ -68,7 +70,7 @@ void BM_DownSampling(benchmark::State& state) {
 // Searching: a finger-free frame is downsampled once and tried against every
 // colour entry; the warm patch and flecks of the scene grow a few regions.
 void BM_Execute_WarmUp(benchmark::State& state) {
-    Nv21Frame frame = bench::natural_scene(width_of(state), height_of(state));
+    bench::CameraFrame frame(bench::natural_scene(width_of(state), height_of(state)));
     Handle fd(frame.width, frame.height);
     for (auto _ : state) {
         benchmark::DoNotOptimize(fd.run(frame));
@@ -86,8 +88,8 @@ void BM_Execute_Tracking(benchmark::State& state) {
     const int width = width_of(state);
     const int height = height_of(state);
     const int radius = height / 8 / 4;
-    std::vector<Nv21Frame> clip;
-    for (int grow : {0, 1, 2, 1}) clip.push_back(bench::finger_scene(width, height, radius + grow));
+    std::vector<bench::CameraFrame> clip;
+    for (int grow : {0, 1, 2, 1}) clip.emplace_back(bench::finger_scene(width, height, radius + grow));
     Handle fd(width, height);
     fd.run(clip[0]);
     if (fd.run(clip[1]) != 1) state.SkipWithError("the held finger is not reported");
@@ -103,7 +105,7 @@ void BM_Execute_Tracking(benchmark::State& state) {
 // The worst case: every searching frame grows 253 one-cell regions for each
 // of the three warm colour entries, and every growth clears the whole queue.
 void BM_Execute_WorstCase(benchmark::State& state) {
-    Nv21Frame frame = bench::speck_scene(width_of(state), height_of(state));
+    bench::CameraFrame frame(bench::speck_scene(width_of(state), height_of(state)));
     {
         // Entry 0 alone, to confirm that the frame grows the last label
         // (254) and is not turned away for growing more.

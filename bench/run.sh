@@ -21,9 +21,15 @@ threads_list=${MOLO_BENCH_THREADS:-1 2}
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
+# Every case runs in a process of its own: what the cases before it left in
+# the heap would otherwise decide where its frames and buffers lie, and with
+# that, how well they share the caches (differences of up to 1.5x were seen).
+cases=$("$bin" --benchmark_list_tests --benchmark_filter="${MOLO_BENCH_FILTER:-.}")
 for t in $threads_list; do
-  MOLO_THREADS=$t "$bin" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
-    --benchmark_filter="${MOLO_BENCH_FILTER:-.}" --benchmark_format=csv 2>/dev/null >"$scratch/$t.csv"
+  for case in $cases; do
+    MOLO_THREADS=$t "$bin" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
+      --benchmark_filter="^${case}\$" --benchmark_format=csv 2>/dev/null
+  done | awk -F, 'NR == 1 || $1 != "name"' >"$scratch/$t.csv"
 done
 
 echo "load average before the table: $(cut -d' ' -f1-3 /proc/loadavg); $reps repetitions, medians"
