@@ -25,6 +25,10 @@ void count_frame(Molo_FingerDetect& d) {
     d.frame_count = static_cast<int>(static_cast<unsigned int>(d.frame_count) + 1u);
 }
 
+// Pairs are tested against the radius in blocks of this many; a block
+// without a pair inside the radius is passed over after one vector compare.
+constexpr int kPairBlock = 8;
+
 // Pixels whose chroma lies within the entry's radius and whose luma is flat
 // become 0xFF in skin_mask. Every pixel's distance is kept in color_dist for
 // the regions' mean distances. Returns the number of skin pixels.
@@ -42,39 +46,45 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
     const int pair_count = (w + 1) / 2;
     int count = 0;
     for (int r0 = 0; r0 < h; r0 += 2) {
+        const int rows = r0 + 1 < h ? 2 : 1;
         const unsigned char* const pairs = d.down_vu + (r0 / 2) * w;
         float* const dist_row = d.color_dist + r0 * w;
-        // The pair distances are computed into the tail of the row first, in
-        // one loop the compiler vectorizes, then spread over the row from the
-        // left: pixel 2k and 2k + 1 take pair k, and those stores only reach
-        // tail entries that have already been read.
+        // The pair distances go into the tail of the row first, in one loop
+        // the compiler vectorizes; they are spread over the row at the end.
         float* const pair_dist = dist_row + (w - pair_count);
         for (int k = 0; k < pair_count; ++k) {
             const float dv = static_cast<float>(pairs[2 * k + 1]) - ref_v;
             const float du = static_cast<float>(pairs[2 * k]) - ref_u;
             pair_dist[k] = std::sqrt(dv * dv + du * du);
         }
+        // The pixels of a pair inside the radius are skin where the luma is flat.
+        for (int k0 = 0; k0 < pair_count; k0 += kPairBlock) {
+            const int k1 = k0 + kPairBlock < pair_count ? k0 + kPairBlock : pair_count;
+            bool inside = false;
+            for (int k = k0; k < k1; ++k) inside |= pair_dist[k] < radius;
+            if (!inside) continue;
+            for (int k = k0; k < k1; ++k) {
+                if (!(pair_dist[k] < radius)) continue;
+                const int c_end = 2 * k + 2 < w ? 2 * k + 2 : w;
+                for (int r = r0; r < r0 + rows; ++r) {
+                    for (int c = 2 * k; c < c_end; ++c) {
+                        if (molo::flat_below(molo::sobel3_squared(luma, r, c, w, h),
+                                             kFlatGradientLimit)) {
+                            mask[r * w + c] = 0xFF;
+                            ++count;
+                        }
+                    }
+                }
+            }
+        }
+        // Pixel 2k and 2k + 1 take pair k, spread from the left: each store
+        // reaches only tail entries that have already been read.
         for (int k = 0; k < pair_count; ++k) {
             const float dist = pair_dist[k];
             dist_row[2 * k] = dist;
             if (2 * k + 1 < w) dist_row[2 * k + 1] = dist;
         }
-        const int rows = r0 + 1 < h ? 2 : 1;
         if (rows == 2) std::memcpy(dist_row + w, dist_row, static_cast<size_t>(w) * sizeof(float));
-        // The four pixels of a pair share its verdict on the radius.
-        for (int c0 = 0; c0 < w; c0 += 2) {
-            if (!(dist_row[c0] < radius)) continue;
-            const int c1 = c0 + 1 < w ? c0 + 2 : c0 + 1;
-            for (int r = r0; r < r0 + rows; ++r) {
-                for (int c = c0; c < c1; ++c) {
-                    if (molo::flat_below(molo::sobel3_squared(luma, r, c, w, h),
-                                         kFlatGradientLimit)) {
-                        mask[r * w + c] = 0xFF;
-                        ++count;
-                    }
-                }
-            }
-        }
     }
     return count;
 }
