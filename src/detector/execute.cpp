@@ -49,9 +49,10 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
         const int rows = r0 + 1 < h ? 2 : 1;
         const unsigned char* const pairs = d.down_vu + (r0 / 2) * w;
         float* const dist_row = d.color_dist + r0 * w;
-        // The pair distances go into the tail of the row first, in one loop
-        // the compiler vectorizes; they are spread over the row at the end.
-        float* const pair_dist = dist_row + (w - pair_count);
+        // The pair distances are computed first, in one loop the compiler
+        // vectorizes, into storage that is overwritten afterwards: the second
+        // row of the pair row, or the tail of a last, single row.
+        float* const pair_dist = rows == 2 ? dist_row + w : dist_row + (w - pair_count);
         for (int k = 0; k < pair_count; ++k) {
             const float dv = static_cast<float>(pairs[2 * k + 1]) - ref_v;
             const float du = static_cast<float>(pairs[2 * k]) - ref_u;
@@ -60,9 +61,9 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
         // The pixels of a pair inside the radius are skin where the luma is flat.
         for (int k0 = 0; k0 < pair_count; k0 += kPairBlock) {
             const int k1 = k0 + kPairBlock < pair_count ? k0 + kPairBlock : pair_count;
-            bool inside = false;
-            for (int k = k0; k < k1; ++k) inside |= pair_dist[k] < radius;
-            if (!inside) continue;
+            int inside = 0;
+            for (int k = k0; k < k1; ++k) inside |= pair_dist[k] < radius ? 1 : 0;
+            if (inside == 0) continue;
             for (int k = k0; k < k1; ++k) {
                 if (!(pair_dist[k] < radius)) continue;
                 const int c_end = 2 * k + 2 < w ? 2 * k + 2 : w;
@@ -77,13 +78,14 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
                 }
             }
         }
-        // Pixel 2k and 2k + 1 take pair k, spread from the left: each store
-        // reaches only tail entries that have already been read.
-        for (int k = 0; k < pair_count; ++k) {
-            const float dist = pair_dist[k];
-            dist_row[2 * k] = dist;
-            if (2 * k + 1 < w) dist_row[2 * k + 1] = dist;
+        // Pixels 2k and 2k + 1 take pair k. Spread from the left, the stores
+        // reach the tail of a single row only where it has been read.
+        const int whole_pairs = w / 2;
+        for (int k = 0; k < whole_pairs; ++k) {
+            dist_row[2 * k] = pair_dist[k];
+            dist_row[2 * k + 1] = pair_dist[k];
         }
+        if (w % 2 != 0) dist_row[w - 1] = pair_dist[whole_pairs];
         if (rows == 2) std::memcpy(dist_row + w, dist_row, static_cast<size_t>(w) * sizeof(float));
     }
     return count;
