@@ -7,10 +7,12 @@ tools write are read back with read_TIFF, TIFF_readY and TIFF_readYUV. Every
 expected pixel is computed here from the inputs, not taken from the library.
 
 usage: tiff_interop_test.py path/to/tiff_interop_driver [unittest arguments]
+MOLO_TARGET_RUNNER, when set, is the command that runs the driver (an emulator).
 Exits with 77 (skipped) when a tool is missing.
 """
 import os
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -29,6 +31,8 @@ if not all(shutil.which(t) for t in ("tiffinfo", "tiffdump", "tiffcp")):
     sys.exit(77)
 
 DRIVER = None
+# In a cross build the driver runs through the target's emulator.
+RUNNER = shlex.split(os.environ.get("MOLO_TARGET_RUNNER", ""))
 # A sanitizer report must not pass for the library's own result 1.
 ENV = dict(os.environ,
            ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":exitcode=86",
@@ -118,7 +122,7 @@ class Case(unittest.TestCase):
         return os.path.join(self._dir.name, name)
 
     def driver(self, *args):
-        p = run(DRIVER, *args)
+        p = run(*RUNNER, DRIVER, *args)
         self.assertEqual(p.returncode, 0, f"driver {' '.join(map(str, args))}:\n{p.stderr}")
         return p
 
@@ -322,7 +326,7 @@ class ForeignFilesTest(Case):
             with self.subTest(byteorder=order):
                 path = self.path("pages.tif")
                 tifffile.imwrite(path, pages, byteorder=order, photometric="minisblack")
-                p = run(DRIVER, "read", path, self.path("out.raw"))
+                p = run(*RUNNER, DRIVER, "read", path, self.path("out.raw"))
                 self.assertEqual(p.returncode, 0, p.stderr)
                 self.assertIn("contains multiple images;\n", p.stderr)
                 np.testing.assert_array_equal(
@@ -339,11 +343,11 @@ class CompressedFilesTest(Case):
     def assert_refused(self, path, compression, messages, width, height):
         with tifffile.TiffFile(path) as tf:
             self.assertEqual(int(tf.pages[0].compression), compression)
-        p = run(DRIVER, "read", path, self.path("out.raw"))
+        p = run(*RUNNER, DRIVER, "read", path, self.path("out.raw"))
         self.assertEqual(p.returncode, 1, p.stderr)
         for message in messages:
             self.assertIn(message, p.stderr)
-        self.assertEqual(run(DRIVER, "ready", width, height, path, self.path("y.raw")).returncode, 1)
+        self.assertEqual(run(*RUNNER, DRIVER, "ready", width, height, path, self.path("y.raw")).returncode, 1)
 
     def test_tiffcp_compressions_are_refused(self):
         for kind, shape in (("g", (20, 40)), ("c", (20, 40, 3))):

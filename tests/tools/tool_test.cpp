@@ -92,7 +92,9 @@ TEST(Tool, AnnotatedDemoIsAStreamOfTheClipWithTheDecisionOnIt) {
     ASSERT_EQ(static_cast<long>(lines.size()), DemoScene::kFrames);
     EXPECT_EQ(lines[0], "{\"frame\":0,\"result\":0,\"row\":null,\"col\":null}");
 
-    fingerdetect::Y4mReader reader(std::fopen(path.c_str(), "rb"), path, true);
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    ASSERT_NE(file, nullptr) << path;
+    fingerdetect::Y4mReader reader(file, path, true);
     std::string error;
     ASSERT_TRUE(reader.start(error)) << error;
     fingerdetect::Frame frame;

@@ -4,6 +4,7 @@
 #define MOLO_TESTS_TOOLS_TOOL_TEST_SUPPORT_H
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -15,11 +16,12 @@
 
 namespace tool_test {
 
-// A path in the test's temporary directory, unique per test.
+// A path in the test's temporary directory, unique per test and process, so
+// that suites of several builds can run side by side.
 inline std::string scratch_path(const std::string& name) {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     return ::testing::TempDir() + "molo_tool_" + info->test_suite_name() + "_" + info->name() +
-           "_" + name;
+           "_" + std::to_string(getpid()) + "_" + name;
 }
 
 inline void write_file(const std::string& path, const std::string& bytes) {
