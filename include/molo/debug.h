@@ -102,7 +102,8 @@ MOLO_EXPORT int TIFF_Save_Input_NV21_to_RGB(unsigned char** y, unsigned char** v
 // plane and an NV21 chroma plane (height / 2 rows of width bytes, filled from
 // whole 2 x 2 blocks; with an odd width the last byte of a row is left as it
 // was). A file of another size or type is reported on the log, a file that
-// cannot be opened or read on stderr; either leaves the buffers untouched.
+// cannot be opened or read on stderr (as read_TIFF reports it: silently for
+// a file without the TIFF mark); either leaves the buffers untouched.
 // 0 on success, 1 otherwise.
 MOLO_EXPORT int TIFF_readY(unsigned char* y, int width, int height, char* path);
 MOLO_EXPORT int TIFF_readYUV(unsigned char* y, unsigned char* vu, int width, int height,

@@ -53,7 +53,7 @@ int get_TIFF(TIFF_IMG* img, int height, int width, char type) {
         return molo::tiff_fail("get_TIFF", "image height and width must be positive\n");
     }
     if (type != 'g' && type != 'p' && type != 'c' && type != '4') {
-        return molo::tiff_fail("get_TIFF", "allocation for image of type %c is not supported\n", type);
+        return molo::tiff_fail("get_TIFF", "allocation for image of type %c is not supported", type);
     }
     img->height = height;
     img->width = width;

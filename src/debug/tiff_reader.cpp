@@ -139,7 +139,7 @@ int read_directory(Source& in, uint32_t directory) {
         unsigned char value[4];
         if (!read16(in, tag)) return tiff_fail("ReadIFD", "error reading tag\n");
         if (!read16(in, type)) return tiff_fail("ReadIFD", "error reading field type\n");
-        if (!read32(in, count)) return tiff_fail("ReadIFD", "error reading field count\n");
+        if (!read32(in, count)) return tiff_fail("ReadIFD", "error reading field count");
         if (!read_bytes(in, value, 4)) return tiff_fail("ReadIFD", "error reading field value\n");
         if (i > 0 && tag == previous_tag) {
             return tiff_fail("ReadIFD", "tag %u appears more than once in IFD\n", tag);
@@ -148,7 +148,7 @@ int read_directory(Source& in, uint32_t directory) {
             return tiff_fail("ReadIFD", "tag %u follows tag %u; tags in IFD must ascend\n", tag, previous_tag);
         }
         previous_tag = tag;
-        if (count == 0) return tiff_fail("ReadIFD", "encountered 0 as field count\n");
+        if (count == 0) return tiff_fail("ReadIFD", "encountered 0 as field count");
         const int slot = slot_of(static_cast<uint16_t>(tag));
         if (slot < 0) continue;
         if (!type_fits(slot, static_cast<uint16_t>(type))) {

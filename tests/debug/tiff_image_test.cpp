@@ -39,5 +39,5 @@ TEST(TiffImage, RefusesEmptySizesAndUnknownTypes) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "tiff:  function get_TIFF:\nimage height and width must be positive\n"
               "tiff:  function get_TIFF:\nimage height and width must be positive\n"
-              "tiff:  function get_TIFF:\nallocation for image of type q is not supported\n");
+              "tiff:  function get_TIFF:\nallocation for image of type q is not supported");
 }
