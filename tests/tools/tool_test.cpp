@@ -173,6 +173,7 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         {{"--dump", "/proc/version", "-"}, y4m_stream(64, 48, 1), 1, "not a directory"},
         {{"--annotate", "/nonexistent/a.y4m", "-"}, y4m_stream(64, 48, 1), 1, "cannot create"},
         {{"missing.tif"}, "", 1, "cannot open missing.tif"},
+        {{"/"}, "", 1, "cannot read /: it is a directory"},
     };
     for (const Case& c : cases) {
         const auto run = run_tool(c.args, c.in);
@@ -181,6 +182,17 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         EXPECT_NE(run.last_err_line().find(c.message), std::string::npos) << run.err;
     }
     EXPECT_EQ(run_tool({"--help"}).status, 0);
+}
+
+TEST(Tool, AnnotationNeverOverwritesTheInput) {
+    const std::string path = scratch_path("clip.y4m");
+    const std::string clip = y4m_stream(64, 48, 2);
+    write_file(path, clip);
+    const auto run = run_tool({path, "--annotate", path});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.last_err_line().find("would overwrite an input"), std::string::npos) << run.err;
+    EXPECT_EQ(read_file(path), clip);
+    std::remove(path.c_str());
 }
 
 TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {

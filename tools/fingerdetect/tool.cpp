@@ -1,5 +1,6 @@
 #include "tool.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -49,6 +50,11 @@ std::FILE* open_input(const std::string& path, const ToolStreams& io, std::strin
     }
     name = path;
     owned = true;
+    struct stat info;
+    if (stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
+        error = "cannot read " + path + ": it is a directory";
+        return nullptr;
+    }
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) error = "cannot open " + path + ": " + std::strerror(errno);
     return file;
@@ -115,6 +121,19 @@ private:
     std::string old_;
 };
 
+// True when path names an existing file that is also one of the inputs
+// ("-" being standard input), which writing it would destroy.
+bool is_an_input(const std::string& path, const Options& options, const ToolStreams& io) {
+    struct stat target;
+    if (stat(path.c_str(), &target) != 0) return false;
+    for (const std::string& input : options.inputs) {
+        struct stat source;
+        const int got = input == "-" ? fstat(fileno(io.in), &source) : stat(input.c_str(), &source);
+        if (got == 0 && source.st_dev == target.st_dev && source.st_ino == target.st_ino) return true;
+    }
+    return false;
+}
+
 void* initialise_detector(int width, int height, bool log) {
     ScopedLogSwitch log_switch(log);
     return MoloFinDetect_Initialize(nullptr, width, height, nullptr);
@@ -131,6 +150,9 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
     if (options.help) {
         std::fputs(usage_text().c_str(), io.out);
         return kExitOk;
+    }
+    if (!options.annotate_path.empty() && is_an_input(options.annotate_path, options, io)) {
+        return fail(io, kExitUsage, "--annotate " + options.annotate_path + " would overwrite an input");
     }
     MetaTrack meta;
     if (!options.meta_path.empty() && !meta.load(options.meta_path, error)) {
