@@ -10,25 +10,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build="$root/build-demo"
 
 packages=(cmake make g++)
-if command -v dpkg >/dev/null 2>&1; then
-  missing=()
-  for p in "${packages[@]}"; do
-    dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
-  done
-  if [ ${#missing[@]} -gt 0 ]; then
-    if [ "$(id -u)" -eq 0 ]; then
-      sudo=()
-    elif command -v sudo >/dev/null 2>&1; then
-      sudo=(sudo)
-    else
-      echo "missing packages: ${missing[*]} (run as root or install them)" >&2
-      exit 1
-    fi
-    echo "installing: ${missing[*]}"
-    "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq "${missing[@]}"
-  fi
-fi
+source "$root/tools/install_packages.sh"
+install_missing_packages "${packages[@]}"
 
 jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$root" -B "$build" -DMOLO_BUILD_TESTS=OFF -DMOLO_BUILD_BENCHMARKS=OFF >/dev/null

@@ -17,25 +17,8 @@ seconds=${MOLO_FUZZ_SECONDS:-60}
 # libclang-rt-14-dev holds libFuzzer and the sanitizer runtimes of Debian
 # bookworm's clang; clang itself does not pull it in.
 packages=(cmake make clang libclang-rt-14-dev libomp-dev libgtest-dev)
-if command -v dpkg >/dev/null 2>&1; then
-  missing=()
-  for p in "${packages[@]}"; do
-    dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
-  done
-  if [ ${#missing[@]} -gt 0 ]; then
-    if [ "$(id -u)" -eq 0 ]; then
-      sudo=()
-    elif command -v sudo >/dev/null 2>&1; then
-      sudo=(sudo)
-    else
-      echo "missing packages: ${missing[*]} (run as root or install them)" >&2
-      exit 1
-    fi
-    echo "installing: ${missing[*]}"
-    "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq "${missing[@]}"
-  fi
-fi
+source "$root/tools/install_packages.sh"
+install_missing_packages "${packages[@]}"
 
 if [ $# -gt 0 ]; then
   fuzzers=("$@")

@@ -37,25 +37,8 @@ case "${1:-}" in
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac
-if command -v dpkg >/dev/null 2>&1; then
-  missing=()
-  for p in "${packages[@]}"; do
-    dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
-  done
-  if [ ${#missing[@]} -gt 0 ]; then
-    if [ "$(id -u)" -eq 0 ]; then
-      sudo=()
-    elif command -v sudo >/dev/null 2>&1; then
-      sudo=(sudo)
-    else
-      echo "missing packages: ${missing[*]} (run as root or install them)" >&2
-      exit 1
-    fi
-    echo "installing: ${missing[*]}"
-    "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq "${missing[@]}"
-  fi
-fi
+source "$root/tools/install_packages.sh"
+install_missing_packages "${packages[@]}"
 
 jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$root" -B "$build" "${cmake_args[@]}"
