@@ -6,13 +6,14 @@
 
 #include "detector/seed_maps.h"
 #include "detector/working_size.h"
+#include "features/hough_rho.h"
 #include "molo/detector.h"
 #include "molo/support.h"
 #include "support/log.h"
 
 namespace {
 
-constexpr int kHoughAngles = 180;
+using molo::kHoughAngles;
 
 // Zero-filled storage for n elements plus `pad` readable zero elements after
 // them. Byte planes carry one padding byte: the 3 x 3 gradient at the last

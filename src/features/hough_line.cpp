@@ -17,8 +17,6 @@ namespace {
 // Angles on either side of the strongest one that form its neighbourhood.
 constexpr int kNearHalf = 15;
 constexpr int kNearCount = 2 * kNearHalf + 1;
-// Angles of the accumulator (one per degree).
-constexpr int kMaxAngles = 180;
 
 struct RunFigures {
     int run;
@@ -88,8 +86,8 @@ double Molo_FingerDetect::HoughLine() {
     // the cell a rho-inner scan would settle on. Rows without votes hold only
     // zeros, which never replace a maximum that starts at 0, so the scan
     // covers the voted rows alone.
-    int column_most[kMaxAngles] = {};
-    int column_rho[kMaxAngles] = {};
+    int column_most[molo::kHoughAngles] = {};
+    int column_rho[molo::kHoughAngles] = {};
     int best_votes = 0;
     int best_angle = 0;
     int best_rho = 0;
