@@ -213,10 +213,12 @@ int decide(Molo_FingerDetect& d, int area, int* pos_row, int* pos_col) {
     // the detector's fields and force them to be read again on every cell.
     unsigned char* const finger = d.finger_mask;
     const unsigned int* const labels = d.label_map;
-    std::memset(finger, 0, static_cast<size_t>(n));
-    if (colour_too_common(d, means)) return reject(d, kSimilarColour);
-
-    // The mask is all 0 here: it becomes 1 on the candidate's cells.
+    // The mask is cleared at this step: a colour rejection leaves it empty,
+    // and otherwise it becomes 1 on the candidate's cells and 0 elsewhere.
+    if (colour_too_common(d, means)) {
+        std::memset(finger, 0, static_cast<size_t>(n));
+        return reject(d, kSimilarColour);
+    }
     const unsigned int label = static_cast<unsigned int>(d.best_label);
     for (int i = 0; i < n; ++i) finger[i] = labels[i] == label ? 1 : 0;
 
