@@ -3,21 +3,9 @@
 # (g++-arm-linux-gnueabihf). Test programs run under qemu-arm (qemu-user)
 # against the cross sysroot.
 #   cmake -S . -B build-armhf -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/armhf.cmake
-set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7-a)
-
 set(MOLO_CROSS_TRIPLE arm-linux-gnueabihf)
-set(MOLO_CROSS_SYSROOT /usr/${MOLO_CROSS_TRIPLE})
-
-set(CMAKE_C_COMPILER ${MOLO_CROSS_TRIPLE}-gcc)
-set(CMAKE_CXX_COMPILER ${MOLO_CROSS_TRIPLE}-g++)
+set(MOLO_CROSS_QEMU qemu-arm)
 set(CMAKE_C_FLAGS_INIT "-march=armv7-a -mfpu=neon -mfloat-abi=hard")
 set(CMAKE_CXX_FLAGS_INIT "-march=armv7-a -mfpu=neon -mfloat-abi=hard")
-
-set(CMAKE_FIND_ROOT_PATH ${MOLO_CROSS_SYSROOT})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L ${MOLO_CROSS_SYSROOT})
+include(${CMAKE_CURRENT_LIST_DIR}/linux_cross.cmake)
