@@ -176,13 +176,6 @@ int check_core_fields(Source& in) {
             return 1;
         }
     }
-    Entry& rows = in.entries[kRows];
-    if (!rows.present) {  // the whole image in one strip
-        rows.present = true;
-        rows.type = molo::kTypeLong;
-        rows.count = 1;
-        std::fill(rows.value, rows.value + 4, 0xFF);
-    }
     return 0;
 }
 
@@ -313,7 +306,8 @@ struct Strips {
 // each strip wholly inside the file and long enough for its rows.
 int get_strips(Source& in, uint64_t height, uint64_t bytes_per_row, Strips& s) {
     uint32_t rows;
-    if (read_scalar(in, kRows, 0, rows, "GetStrips") != 0) return 1;
+    // Without RowsPerStrip the whole image is one strip.
+    if (read_scalar(in, kRows, UINT32_MAX, rows, "GetStrips") != 0) return 1;
     if (rows == 0) return tiff_fail("GetStrips", "RowsPerStrip is 0\n");
     s.rows_per_strip = std::min<uint64_t>(rows, height);
     s.count = (height + s.rows_per_strip - 1) / s.rows_per_strip;
