@@ -1,6 +1,7 @@
 // Builds TIFF files byte by byte, in either byte order, with any entries in
 // any order, so that tests can make both well-formed files the library's
-// writer would never produce and every kind of broken one.
+// writer would never produce and every kind of broken one; and moves images
+// through the library's writer in memory.
 //
 // Layout: the 8-byte header, the directory at offset 8 (entry count, the
 // entries as given, the next-directory offset), the long values of the
@@ -13,20 +14,22 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 #include <vector>
+
+#include "molo/debug.h"
+
+// Channel k of palette entry i in the test files: (i, 255 - i, 7 i mod 256).
+inline uint8_t palette_entry(int i, int k) {
+    return static_cast<uint8_t>(k == 0 ? i : k == 1 ? 255 - i : (i * 7) & 255);
+}
 
 struct TiffEntry {
     uint16_t tag;
     uint16_t type;  // 3 SHORT, 4 LONG, 5 RATIONAL (values in pairs)
     std::vector<uint32_t> values;
     int64_t count = -1;  // the count written; -1: the number of values (pairs for RATIONAL)
-};
-
-struct TiffBuild {
-    std::vector<uint8_t> bytes;
-    size_t directory = 8;
-    size_t values_start = 0;  // first long value
-    size_t strips_start = 0;  // first strip stored
 };
 
 class TiffBuilder {
@@ -58,11 +61,8 @@ public:
         b.entries.push_back({279, 4, {}});
         if (type == 'p') {
             std::vector<uint32_t> map(768);
-            for (int i = 0; i < 256; ++i) {
-                map[i] = 257u * static_cast<uint32_t>(i);
-                map[256 + i] = 257u * static_cast<uint32_t>(255 - i);
-                map[512 + i] = 257u * static_cast<uint32_t>((i * 7) & 255);
-            }
+            for (int k = 0; k < 3; ++k)
+                for (int i = 0; i < 256; ++i) map[256 * k + i] = 257u * palette_entry(i, k);
             b.entries.push_back({320, 3, map});
         }
         return b;
@@ -78,12 +78,10 @@ public:
             if (entries[i].tag == tag) entries.erase(entries.begin() + static_cast<long>(i));
     }
 
-    TiffBuild build() const {
-        TiffBuild out;
+    std::vector<uint8_t> build() const {
         const size_t n = entries.size();
-        out.values_start = 8 + 2 + 12 * n + 4;
         std::vector<size_t> value_at(n, 0);
-        size_t end = out.values_start;
+        size_t end = 8 + 2 + 12 * n + 4;  // the long values follow the directory
         for (size_t i = 0; i < n; ++i) {
             const size_t size = value_bytes(resolved(i, {}));
             if (size > 4) {
@@ -91,7 +89,6 @@ public:
                 end += (size + 1) & ~size_t{1};
             }
         }
-        out.strips_start = end;
         std::vector<size_t> order = storage;
         if (order.empty())
             for (size_t i = 0; i < strips.size(); ++i) order.push_back(i);
@@ -101,7 +98,7 @@ public:
             end += strips[i].size();
         }
 
-        auto& b = out.bytes;
+        std::vector<uint8_t> b;
         b.push_back(little_endian ? 'I' : 'M');
         b.push_back(little_endian ? 'I' : 'M');
         put(b, 42, 2);
@@ -128,7 +125,7 @@ public:
             if (b.size() & 1) b.push_back(0);
         }
         for (size_t i : order) b.insert(b.end(), strips[i].begin(), strips[i].end());
-        return out;
+        return b;
     }
 
 private:
@@ -161,6 +158,46 @@ private:
 inline FILE* open_bytes(std::vector<uint8_t>& bytes) {
     if (bytes.empty()) return fmemopen(nullptr, 1, "w+b");  // an empty but readable stream
     return fmemopen(bytes.data(), bytes.size(), "rb");
+}
+
+// get_TIFF's image of the type and size whose sample k of pixel (r, c) is
+// value(r, c, k), with the test palette for 'p'. Returns get_TIFF's result.
+template <typename Value>
+int make_image(TIFF_IMG& img, char type, int width, int height, Value value) {
+    if (get_TIFF(&img, height, width, type) != 0) return 1;
+    for (int r = 0; r < height; ++r)
+        for (int c = 0; c < width; ++c) {
+            if (type == 'c') {
+                for (int k = 0; k < 3; ++k) img.color[k][r][c] = static_cast<unsigned char>(value(r, c, k));
+            } else {
+                img.mono[r][c] = static_cast<unsigned char>(value(r, c, 0));
+            }
+        }
+    if (type == 'p') {
+        for (int i = 0; i < 256; ++i)
+            for (int k = 0; k < 3; ++k) img.cmap[i][k] = palette_entry(i, k);
+    }
+    return 0;
+}
+
+// write_TIFF into memory: its result, and the file in `bytes`.
+inline int write_bytes(TIFF_IMG& img, std::vector<uint8_t>& bytes) {
+    char* data = nullptr;
+    size_t size = 0;
+    FILE* fp = open_memstream(&data, &size);
+    if (fp == nullptr) return 1;
+    const int rc = write_TIFF(fp, &img);
+    std::fclose(fp);
+    bytes.assign(data, data + size);
+    std::free(data);
+    return rc;
+}
+
+inline bool save_file(const std::string& path, const std::vector<uint8_t>& bytes) {
+    FILE* fp = std::fopen(path.c_str(), "wb");
+    if (fp == nullptr) return false;
+    const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), fp) == bytes.size();
+    return std::fclose(fp) == 0 && ok;
 }
 
 #endif  // MOLO_TESTS_DEBUG_TIFF_BUILDER_H

@@ -5,10 +5,10 @@
 //       A test image through get_TIFF / write_TIFF. Sample k (0 for grey and
 //       palette indices; 0, 1, 2 for R, G, B) of pixel (r, c) is
 //       (31 r + 7 c + 97 k + (r c) % 13) % 256; palette entry i is
-//       (i, 255 - i, 5 i % 256).
-//   tiff_interop_driver dump <savey|yuv2rgb> <width> <height> <in.raw> <out.tif>
-//       TIFF_SaveY on a flat luma plane, or TIFF_Save_YUV2RGB on one NV21
-//       buffer (width * height luma bytes, then width * (height / 2) chroma).
+//       (i, 255 - i, 7 i % 256).
+//   tiff_interop_driver dump yuv2rgb <width> <height> <in.raw> <out.tif>
+//       TIFF_Save_YUV2RGB on one NV21 buffer (width * height luma bytes,
+//       then width * (height / 2) chroma).
 //   tiff_interop_driver read <in.tif> <out.raw>
 //       read_TIFF; prints "<type> <width> <height>" and writes the planes one
 //       after the other (mono; or R, G, B), then a palette's 768 bytes.
@@ -25,6 +25,7 @@
 #include <string>
 #include <vector>
 
+#include "debug/tiff_builder.h"
 #include "molo/debug.h"
 
 namespace {
@@ -32,7 +33,7 @@ namespace {
 int usage() {
     std::fprintf(stderr,
                  "usage: tiff_interop_driver write <g|c|p> W H out.tif\n"
-                 "       tiff_interop_driver dump <savey|yuv2rgb> W H in.raw out.tif\n"
+                 "       tiff_interop_driver dump yuv2rgb W H in.raw out.tif\n"
                  "       tiff_interop_driver read in.tif out.raw\n"
                  "       tiff_interop_driver ready|readyuv W H in.tif out.raw\n");
     return 2;
@@ -50,51 +51,20 @@ bool load(const char* path, std::vector<unsigned char>& data) {
     return ok;
 }
 
-bool save(const char* path, const std::vector<unsigned char>& data) {
-    FILE* f = std::fopen(path, "wb");
-    if (f == nullptr) return false;
-    bool ok = std::fwrite(data.data(), 1, data.size(), f) == data.size();
-    return std::fclose(f) == 0 && ok;
-}
-
 int write_image(char type, int width, int height, const char* path) {
     TIFF_IMG img;
-    if (get_TIFF(&img, height, width, type) != 0) return 1;
-    for (int r = 0; r < height; ++r) {
-        for (int c = 0; c < width; ++c) {
-            if (type == 'c') {
-                for (int k = 0; k < 3; ++k) img.color[k][r][c] = sample(r, c, k);
-            } else {
-                img.mono[r][c] = sample(r, c, 0);
-            }
-        }
-    }
-    if (type == 'p') {
-        for (int i = 0; i < 256; ++i) {
-            img.cmap[i][0] = static_cast<unsigned char>(i);
-            img.cmap[i][1] = static_cast<unsigned char>(255 - i);
-            img.cmap[i][2] = static_cast<unsigned char>(5 * i % 256);
-        }
-    }
-    FILE* f = std::fopen(path, "wb");
-    if (f == nullptr) {
-        free_TIFF(&img);
-        return 2;
-    }
-    int result = write_TIFF(f, &img);
+    if (make_image(img, type, width, height, sample) != 0) return 1;
+    std::vector<uint8_t> bytes;
+    const int result = write_bytes(img, bytes);
     free_TIFF(&img);
-    if (std::fclose(f) != 0) return 2;
-    return result;
+    return save_file(path, bytes) ? result : 2;
 }
 
-int dump(const std::string& what, int width, int height, const char* in, char* out) {
-    size_t luma = static_cast<size_t>(width) * height;
-    size_t chroma = what == "yuv2rgb" ? static_cast<size_t>(width) * (height / 2) : 0;
-    std::vector<unsigned char> frame(luma + chroma);
+int dump_yuv2rgb(int width, int height, const char* in, char* out) {
+    std::vector<unsigned char> frame(static_cast<size_t>(width) * height +
+                                     static_cast<size_t>(width) * (height / 2));
     if (!load(in, frame)) return 2;
-    if (what == "savey") return TIFF_SaveY(frame.data(), width, height, out) == 0 ? 0 : 1;
-    if (what == "yuv2rgb") return TIFF_Save_YUV2RGB(frame.data(), width, height, out) == 0 ? 0 : 1;
-    return usage();
+    return TIFF_Save_YUV2RGB(frame.data(), width, height, out) == 0 ? 0 : 1;
 }
 
 int read_image(const char* in, const char* out) {
@@ -114,7 +84,7 @@ int read_image(const char* in, const char* out) {
     }
     if (img.TIFF_type == 'p') data.insert(data.end(), img.cmap[0], img.cmap[0] + 768);
     free_TIFF(&img);
-    return save(out, data) ? 0 : 2;
+    return save_file(out, data) ? 0 : 2;
 }
 
 int read_back(const std::string& what, int width, int height, char* in, const char* out) {
@@ -123,7 +93,7 @@ int read_back(const std::string& what, int width, int height, char* in, const ch
     std::vector<unsigned char> data(luma + chroma, 0);
     int result = what == "ready" ? TIFF_readY(data.data(), width, height, in)
                                  : TIFF_readYUV(data.data(), data.data() + luma, width, height, in);
-    if (!save(out, data)) return 2;
+    if (!save_file(out, data)) return 2;
     return result == 0 ? 0 : 1;
 }
 
@@ -134,8 +104,8 @@ int main(int argc, char** argv) {
     const std::string cmd = argv[1];
     if (cmd == "write" && argc == 6 && std::strlen(argv[2]) == 1)
         return write_image(argv[2][0], std::atoi(argv[3]), std::atoi(argv[4]), argv[5]);
-    if (cmd == "dump" && argc == 7)
-        return dump(argv[2], std::atoi(argv[3]), std::atoi(argv[4]), argv[5], argv[6]);
+    if (cmd == "dump" && argc == 7 && std::string(argv[2]) == "yuv2rgb")
+        return dump_yuv2rgb(std::atoi(argv[3]), std::atoi(argv[4]), argv[5], argv[6]);
     if (cmd == "read" && argc == 4) return read_image(argv[2], argv[3]);
     if ((cmd == "ready" || cmd == "readyuv") && argc == 6)
         return read_back(cmd, std::atoi(argv[2]), std::atoi(argv[3]), argv[4], argv[5]);

@@ -49,7 +49,7 @@ void expect_refused(const Case& c, bool little) {
     SCOPED_TRACE(c.name + (little ? " (II)" : " (MM)"));
     TiffBuilder b = base(c.type, little);
     if (c.edit) c.edit(b);
-    std::vector<uint8_t> bytes = b.build().bytes;
+    std::vector<uint8_t> bytes = b.build();
     if (c.poke) c.poke(bytes, little);
 
     TIFF_IMG img;
@@ -211,7 +211,7 @@ TEST(TiffMalformed, ImagesTheReaderDoesNotTake) {
 
 TEST(TiffMalformed, NullArgumentsAreRefused) {
     TIFF_IMG img{};
-    std::vector<uint8_t> bytes = base('g', true).build().bytes;
+    std::vector<uint8_t> bytes = base('g', true).build();
     FILE* fp = open_bytes(bytes);
     testing::internal::CaptureStderr();
     EXPECT_EQ(read_TIFF(nullptr, &img), 1);

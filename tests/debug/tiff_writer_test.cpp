@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "debug/tiff_builder.h"
 #include "molo/debug.h"
 
 namespace {
@@ -18,15 +19,9 @@ struct Written {
 
 Written write_to_memory(TIFF_IMG& img) {
     Written w;
-    char* data = nullptr;
-    size_t size = 0;
-    FILE* fp = open_memstream(&data, &size);
     testing::internal::CaptureStderr();
-    w.rc = write_TIFF(fp, &img);
+    w.rc = write_bytes(img, w.bytes);
     w.err = testing::internal::GetCapturedStderr();
-    std::fclose(fp);
-    w.bytes.assign(data, data + size);
-    std::free(data);
     return w;
 }
 

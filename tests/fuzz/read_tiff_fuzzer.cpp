@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "debug/tiff_builder.h"
 #include "molo/debug.h"
 
 namespace {
@@ -21,7 +22,7 @@ void require(bool ok, const char* what) {
 }
 
 int read_from(std::vector<uint8_t>& bytes, TIFF_IMG* img) {
-    FILE* fp = bytes.empty() ? fmemopen(nullptr, 1, "w+b") : fmemopen(bytes.data(), bytes.size(), "rb");
+    FILE* fp = open_bytes(bytes);
     require(fp != nullptr, "fmemopen failed");
     const int rc = read_TIFF(fp, img);
     std::fclose(fp);
@@ -68,14 +69,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (rc != 0) return 0;
     check_whole(img);
 
-    char* written = nullptr;
-    size_t written_size = 0;
-    FILE* out = open_memstream(&written, &written_size);
-    require(out != nullptr, "open_memstream failed");
-    require(write_TIFF(out, &img) == 0, "an image read could not be written");
-    std::fclose(out);
-    std::vector<uint8_t> again(written, written + written_size);
-    std::free(written);
+    std::vector<uint8_t> again;
+    require(write_bytes(img, again) == 0, "an image read could not be written");
     TIFF_IMG back;
     std::memset(&back, 0, sizeof back);
     require(read_from(again, &back) == 0, "a written image could not be read back");
