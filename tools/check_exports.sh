@@ -24,7 +24,7 @@ for entry in MoloFinDetect_Initialize MoloFinDetect_Execute MoloFinDetect_Verifi
   fi
 done
 
-exported_names=()
+declare -A exported=()
 while IFS= read -r symbol; do
   [ -z "$symbol" ] && continue
   if [[ $symbol =~ ^(vtable|typeinfo|typeinfo\ name)\ for\ ([A-Za-z_][A-Za-z0-9_]*)$ ]]; then
@@ -38,11 +38,11 @@ while IFS= read -r symbol; do
     grep -qx "$owner" <<<"$classes" || { echo "not in the interface: $symbol"; status=1; }
   else
     grep -qx "$name" <<<"$functions" || { echo "not in the interface: $symbol"; status=1; }
-    exported_names+=("$name")
+    exported[$name]=1
   fi
 done < <(c++filt <<<"$raw")
 
 for name in $functions; do
-  printf '%s\n' "${exported_names[@]}" | grep -qx "$name" || { echo "declared but not exported: $name"; status=1; }
+  [ -n "${exported[$name]:-}" ] || { echo "declared but not exported: $name"; status=1; }
 done
 exit $status
