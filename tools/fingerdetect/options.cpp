@@ -66,6 +66,15 @@ bool resolve_input(Options& options, bool have_size, std::string& error) {
     return true;
 }
 
+// The on/off switches, which take no value.
+bool* switch_named(Options& options, const std::string& arg) {
+    if (arg == "-h" || arg == "--help") return &options.help;
+    if (arg == "--json") return &options.json;
+    if (arg == "--log") return &options.log;
+    if (arg == "--nv12") return &options.nv12;
+    return nullptr;
+}
+
 }  // namespace
 
 bool parse_options(int argc, const char* const* argv, Options& options, std::string& error) {
@@ -111,18 +120,9 @@ bool parse_options(int argc, const char* const* argv, Options& options, std::str
             return !inline_value;
         };
         std::string text;
-        if (arg == "-h" || arg == "--help") {
+        if (bool* flag = switch_named(options, arg)) {
             if (!no_value()) return false;
-            options.help = true;
-        } else if (arg == "--json") {
-            if (!no_value()) return false;
-            options.json = true;
-        } else if (arg == "--log") {
-            if (!no_value()) return false;
-            options.log = true;
-        } else if (arg == "--nv12") {
-            if (!no_value()) return false;
-            options.nv12 = true;
+            *flag = true;
         } else if (arg == "--size") {
             if (!take_value(text)) return false;
             if (!parse_frame_size(text, options.width, options.height, error)) return false;

@@ -89,20 +89,14 @@ bool parse_y4m_header(const std::string& line, Y4mHeader& header, std::string& e
         const std::string value = token.substr(1);
         switch (tag) {
             case 'W':
-                if (!parse_extent(value, header.width)) {
-                    error = "bad width \"" + excerpt(token) + "\" in the YUV4MPEG2 header (1 to " +
-                            std::to_string(kMaxExtent) + ")";
-                    return false;
-                }
-                have_width = true;
-                break;
             case 'H':
-                if (!parse_extent(value, header.height)) {
-                    error = "bad height \"" + excerpt(token) + "\" in the YUV4MPEG2 header (1 to " +
+                if (!parse_extent(value, tag == 'W' ? header.width : header.height)) {
+                    error = std::string("bad ") + (tag == 'W' ? "width" : "height") + " \"" +
+                            excerpt(token) + "\" in the YUV4MPEG2 header (1 to " +
                             std::to_string(kMaxExtent) + ")";
                     return false;
                 }
-                have_height = true;
+                (tag == 'W' ? have_width : have_height) = true;
                 break;
             case 'F':
                 if (!parse_ratio(value, header.rate_num, header.rate_den)) {
