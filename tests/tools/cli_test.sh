@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Runs the built molo-fingerdetect program as a user would.
-#   cli_test.sh TOOL demo    the built-in demo: success, per-frame lines, reports
-#   cli_test.sh TOOL stdin   a small YUV4MPEG2 stream piped through standard input,
-#                            whole and cut short
+# Runs the built molo-fingerdetect program as a user would: a small YUV4MPEG2
+# stream piped through standard input, whole and cut short, checking the exit
+# status, the per-frame lines and the summary of the process itself.
+#   cli_test.sh TOOL
 # MOLO_TARGET_RUNNER, when set, is the command that runs TOOL (an emulator).
 set -euo pipefail
 read -r -a runner <<<"${MOLO_TARGET_RUNNER:-}"
-tool=("${runner[@]}" "${1:?usage: cli_test.sh TOOL demo|stdin}")
+tool=("${runner[@]}" "${1:?usage: cli_test.sh TOOL}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -22,25 +22,13 @@ stream() {
   done
 }
 
-case "${2:-}" in
-  demo)
-    "${tool[@]}" demo >"$work/out" 2>"$work/err" || fail "demo exited with $?: $(tail -1 "$work/err")"
-    [ "$(head -1 "$work/out")" = "frame,result,row,col" ] || fail "no CSV header"
-    [ "$(wc -l <"$work/out")" -eq 41 ] || fail "expected 40 frame lines"
-    grep -qE '^[0-9]+,1,[0-9]+,[0-9]+$' "$work/out" || fail "the demo reported no finger"
-    grep -q '^reports: [1-9]' "$work/err" || fail "no reports in the summary"
-    grep -q '^time per frame: mean' "$work/err" || fail "no timing in the summary"
-    ;;
-  stdin)
-    stream 3 | "${tool[@]}" - >"$work/out" 2>"$work/err" || fail "exited with $?: $(tail -1 "$work/err")"
-    [ "$(wc -l <"$work/out")" -eq 4 ] || fail "expected 3 frame lines"
-    grep -q '^frames: 3 (64x48)' "$work/err" || fail "summary: $(cat "$work/err")"
-    status=0
-    stream 3 | head -c 9000 | "${tool[@]}" - --json >"$work/out" 2>"$work/err" || status=$?
-    [ "$status" -eq 1 ] || fail "a truncated stream exited with $status"
-    [ "$(wc -l <"$work/out")" -eq 1 ] || fail "the whole frame before the cut is not counted"
-    tail -1 "$work/err" | grep -q 'frame 1 is truncated: ' || fail "$(tail -1 "$work/err")"
-    ;;
-  *) fail "usage: cli_test.sh TOOL demo|stdin" ;;
-esac
+stream 3 | "${tool[@]}" - >"$work/out" 2>"$work/err" || fail "exited with $?: $(tail -1 "$work/err")"
+[ "$(head -1 "$work/out")" = "frame,result,row,col" ] || fail "no CSV header"
+[ "$(wc -l <"$work/out")" -eq 4 ] || fail "expected 3 frame lines"
+grep -q '^frames: 3 (64x48)' "$work/err" || fail "summary: $(cat "$work/err")"
+status=0
+stream 3 | head -c 9000 | "${tool[@]}" - --json >"$work/out" 2>"$work/err" || status=$?
+[ "$status" -eq 1 ] || fail "a truncated stream exited with $status"
+[ "$(wc -l <"$work/out")" -eq 1 ] || fail "the whole frame before the cut is not counted"
+tail -1 "$work/err" | grep -q 'frame 1 is truncated: ' || fail "$(tail -1 "$work/err")"
 echo "ok"

@@ -25,22 +25,31 @@ using tool_test::y4m_stream;
 
 namespace {
 
-struct CsvRow {
+struct Decision {
     long frame;
     int result;
     int row;
     int col;
 };
 
-std::vector<CsvRow> csv_rows(const tool_test::ToolRun& run) {
-    std::vector<CsvRow> rows;
-    const auto lines = run.out_lines();
-    EXPECT_FALSE(lines.empty());
-    if (lines.empty()) return rows;
-    EXPECT_EQ(lines[0], "frame,result,row,col");
-    for (size_t i = 1; i < lines.size(); ++i) {
-        CsvRow r{-1, -1, -1, -1};
-        std::sscanf(lines[i].c_str(), "%ld,%d,%d,%d", &r.frame, &r.result, &r.row, &r.col);
+// The decisions of a run: CSV after its header, or JSON lines.
+std::vector<Decision> decisions(const tool_test::ToolRun& run, bool json = false) {
+    std::vector<Decision> rows;
+    auto lines = run.out_lines();
+    if (!json) {
+        EXPECT_FALSE(lines.empty());
+        if (lines.empty()) return rows;
+        EXPECT_EQ(lines[0], "frame,result,row,col");
+        lines.erase(lines.begin());
+    }
+    for (const std::string& line : lines) {
+        Decision r{-1, -1, -1, -1};
+        if (!json) {
+            std::sscanf(line.c_str(), "%ld,%d,%d,%d", &r.frame, &r.result, &r.row, &r.col);
+        } else if (std::sscanf(line.c_str(), "{\"frame\":%ld,\"result\":%d,\"row\":%d,\"col\":%d}",
+                               &r.frame, &r.result, &r.row, &r.col) == 2) {
+            EXPECT_NE(line.find(",\"row\":null,\"col\":null}"), std::string::npos) << line;
+        }
         rows.push_back(r);
     }
     return rows;
@@ -48,21 +57,36 @@ std::vector<CsvRow> csv_rows(const tool_test::ToolRun& run) {
 
 }  // namespace
 
-TEST(Tool, DemoReportsOnlyAConfirmedFingerAndNothingAfterItLeaves) {
-    const auto run = run_tool({"demo"});
+// One run of the demo, its decisions and the annotated clip together.
+TEST(Tool, DemoReportsOnlyAConfirmedFingerAndDrawsEachDecision) {
+    const std::string path = scratch_path("demo.y4m");
+    const auto run = run_tool({"demo", "--json", "--annotate", path});
     ASSERT_EQ(run.status, 0) << run.err;
-    const auto rows = csv_rows(run);
+    const auto rows = decisions(run, true);
     ASSERT_EQ(static_cast<long>(rows.size()), DemoScene::kFrames);
+
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    ASSERT_NE(file, nullptr) << path;
+    fingerdetect::Y4mReader reader(file, path, true);
+    std::string error;
+    ASSERT_TRUE(reader.start(error)) << error;
+    fingerdetect::Frame frame;
     long reports = 0;
     long first = -1;
     for (size_t i = 0; i < rows.size(); ++i) {
-        const CsvRow& r = rows[i];
+        const Decision& r = rows[i];
+        SCOPED_TRACE("frame " + std::to_string(i));
         EXPECT_EQ(r.frame, static_cast<long>(i));
+        ASSERT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kFrame) << error;
+        // Top-left chroma pair: the frame's border colour, V then U.
+        const int border = frame.vu[0];
         if (r.result != 1) {
             EXPECT_EQ(r.result, 0);
+            if (i < 8) {
+                EXPECT_EQ(border, 128);  // searching: neutral grey
+            }
             continue;
         }
-        SCOPED_TRACE("frame " + std::to_string(i));
         // A report needs the finger on this frame and the one before.
         EXPECT_TRUE(DemoScene::finger_present(r.frame));
         EXPECT_TRUE(DemoScene::finger_present(r.frame - 1));
@@ -70,9 +94,13 @@ TEST(Tool, DemoReportsOnlyAConfirmedFingerAndNothingAfterItLeaves) {
         EXPECT_EQ(r.col % 8, 0);
         EXPECT_LT(r.col, DemoScene::kWidth / 4);  // near the left edge it enters from
         EXPECT_NEAR(r.row, DemoScene::kHeight / 2, DemoScene::kHeight / 8);
+        EXPECT_EQ(border, 240);  // reported: red
+        EXPECT_EQ(frame.y[static_cast<size_t>(r.row) * frame.stride + r.col], 235);  // cross
         if (first < 0) first = r.frame;
         ++reports;
     }
+    EXPECT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kEnd);
+    std::remove(path.c_str());
     // The finger covers the frame long enough to be reported for a while.
     EXPECT_GE(reports, 10);
     EXPECT_TRUE(DemoScene::finger_present(first - 1));
@@ -84,39 +112,6 @@ TEST(Tool, DemoReportsOnlyAConfirmedFingerAndNothingAfterItLeaves) {
     EXPECT_NE(run.err.find("99th percentile"), std::string::npos);
 }
 
-TEST(Tool, AnnotatedDemoIsAStreamOfTheClipWithTheDecisionOnIt) {
-    const std::string path = scratch_path("demo.y4m");
-    const auto run = run_tool({"demo", "--json", "--annotate", path});
-    ASSERT_EQ(run.status, 0) << run.err;
-    const auto lines = run.out_lines();
-    ASSERT_EQ(static_cast<long>(lines.size()), DemoScene::kFrames);
-    EXPECT_EQ(lines[0], "{\"frame\":0,\"result\":0,\"row\":null,\"col\":null}");
-
-    std::FILE* const file = std::fopen(path.c_str(), "rb");
-    ASSERT_NE(file, nullptr) << path;
-    fingerdetect::Y4mReader reader(file, path, true);
-    std::string error;
-    ASSERT_TRUE(reader.start(error)) << error;
-    fingerdetect::Frame frame;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        ASSERT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kFrame) << error;
-        // Top-left chroma pair: the frame's border colour, V then U.
-        const int v = frame.vu[0];
-        const bool reported = lines[i].find("\"result\":1") != std::string::npos;
-        if (reported) {
-            EXPECT_EQ(v, 240) << i;  // red
-            int row = 0, col = 0;
-            std::sscanf(lines[i].c_str(), "{\"frame\":%*d,\"result\":1,\"row\":%d,\"col\":%d}",
-                        &row, &col);
-            EXPECT_EQ(frame.y[static_cast<size_t>(row) * frame.stride + col], 235) << i;  // cross
-        } else if (i < 8) {
-            EXPECT_EQ(v, 128) << i;  // searching: neutral grey
-        }
-    }
-    EXPECT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kEnd);
-    std::remove(path.c_str());
-}
-
 TEST(Tool, ReadsStandardInputAndKeepsTheFramesBeforeATruncation) {
     const auto whole = run_tool({"-", "--meta", "/dev/null"}, y4m_stream(64, 48, 3));
     EXPECT_EQ(whole.status, 1);  // an empty meta file has no rows
@@ -124,13 +119,15 @@ TEST(Tool, ReadsStandardInputAndKeepsTheFramesBeforeATruncation) {
 
     const auto ok = run_tool({"-", "--json"}, y4m_stream(64, 48, 3));
     EXPECT_EQ(ok.status, 0) << ok.err;
-    EXPECT_EQ(ok.out_lines().size(), 3u);
+    const auto lines = ok.out_lines();
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], "{\"frame\":0,\"result\":0,\"row\":null,\"col\":null}");
 
     std::string cut = y4m_stream(64, 48, 3);
     cut.resize(cut.size() - 100);
     const auto run = run_tool({"-"}, cut);
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(csv_rows(run).size(), 2u);
+    EXPECT_EQ(decisions(run).size(), 2u);
     EXPECT_NE(run.err.find("frames: 2 (64x48)"), std::string::npos);
     EXPECT_EQ(run.last_err_line(),
               "molo-fingerdetect: standard input: frame 2 is truncated: 100 of 4608 bytes missing");
@@ -143,7 +140,7 @@ TEST(Tool, RawFramesAndPerFrameCameraState) {
     write_file(meta, "frame,gain,cct\n0,1.0,5000\n2,6.0,2800\n");
     const auto run = run_tool({"--size", "64x48", "--meta", meta, "--orientation", "1", clip});
     EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(csv_rows(run).size(), 3u);
+    EXPECT_EQ(decisions(run).size(), 3u);
 
     const auto bad = run_tool({"--size", "64x48", clip + ".missing"});
     EXPECT_EQ(bad.status, 1);
@@ -210,7 +207,7 @@ TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
     }
     const auto run = run_tool(paths);
     EXPECT_EQ(run.status, 0) << run.err;
-    const auto rows = csv_rows(run);
+    const auto rows = decisions(run);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[1].result, 1);  // the covering finger survives the colour round trip
 
@@ -223,7 +220,7 @@ TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
               std::string::npos);
     const auto mixed = run_tool({paths[0], grey});
     EXPECT_EQ(mixed.status, 1);
-    EXPECT_EQ(csv_rows(mixed).size(), 1u);
+    EXPECT_EQ(decisions(mixed).size(), 1u);
     EXPECT_NE(mixed.last_err_line().find("frame 1: "), std::string::npos) << mixed.err;
     for (const auto& p : paths) std::remove(p.c_str());
     std::remove(grey.c_str());
