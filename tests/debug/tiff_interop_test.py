@@ -98,19 +98,13 @@ def random_bytes(count, seed):
 
 # --- Checks with the independent readers ------------------------------------
 
-TIFFDUMP_ENTRY = re.compile(r"^\w+ \((\d+)\) (\w+) \(\d+\) (\d+)<(.*)>$")
+TIFFDUMP_TAG = re.compile(r"^\w+ \((\d+)\) ")
 
 
 def tiffdump(path):
-    """Magic line, directory line and (tag, type, values) per entry in file order."""
-    lines = run("tiffdump", "-m", "1000000", path).stdout.splitlines()
-    entries = []
-    for line in lines[3:]:
-        m = TIFFDUMP_ENTRY.match(line)
-        if m:
-            values = [int(x) for x in m.group(4).split()]
-            entries.append((int(m.group(1)), m.group(2), values))
-    return lines[1], lines[2], entries
+    """Magic line and the tags of the first directory in file order."""
+    lines = run("tiffdump", path).stdout.splitlines()
+    return lines[1], [int(m.group(1)) for m in map(TIFFDUMP_TAG.match, lines[3:]) if m]
 
 
 class Case(unittest.TestCase):
@@ -153,12 +147,6 @@ class Case(unittest.TestCase):
 
 # --- 1. Files the library writes ---------------------------------------------
 
-def rows_per_strip(row_bytes, height):
-    if row_bytes >= 8000:
-        return 1
-    return min(max(2, -(-8000 // row_bytes)), height)
-
-
 class LibraryFilesTest(Case):
     CASES = [("g", 1, 1), ("c", 1, 1), ("p", 1, 1),
              ("g", 37, 23), ("c", 37, 23), ("p", 37, 23),   # odd widths, one strip
@@ -173,7 +161,7 @@ class LibraryFilesTest(Case):
             with self.subTest(kind=kind, width=width, height=height):
                 path = self.path("lib.tif")
                 self.driver("write", kind, width, height, path)
-                self.check_directory(path, kind, width, height)
+                self.check_directory(path, kind)
                 expected = test_image(kind, width, height)
                 self.assert_readers_agree(path, expected, {"g": "L", "c": "RGB", "p": "P"}[kind])
                 if kind == "p":
@@ -182,43 +170,15 @@ class LibraryFilesTest(Case):
                     with tifffile.TiffFile(path) as tf:
                         np.testing.assert_array_equal(tf.pages[0].colormap >> 8, PALETTE.T)
 
-    def check_directory(self, path, kind, width, height):
-        magic, directory, entries = tiffdump(path)
+    def check_directory(self, path, kind):
+        """Big-endian whatever the host, the directory sorted by tag. Values
+        and field types are pinned byte by byte by the C++ writer tests."""
+        magic, tags = tiffdump(path)
         self.assertIn("<big-endian>", magic)
-        samples = 3 if kind == "c" else 1
-        row_bytes = samples * width
-        rps = rows_per_strip(row_bytes, height)
-        counts = [min(rps, height - s) * row_bytes for s in range(0, height, rps)]
-        offsets = [8 + sum(counts[:i]) for i in range(len(counts))]
-        data_end = 8 + sum(counts)
-        self.assertRegex(directory, rf"^Directory 0: offset {data_end + data_end % 2} .* next 0 ")
-
-        def size_type(n):
-            return "SHORT" if n < 65536 else "LONG"
-
-        expected = {256: (size_type(width), [width]),
-                    257: (size_type(height), [height]),
-                    258: ("SHORT", [8] * samples),
-                    259: ("SHORT", [1]),
-                    262: ("SHORT", [{"g": 1, "p": 3, "c": 2}[kind]]),
-                    273: ("LONG", offsets),
-                    278: (size_type(rps), [rps]),
-                    279: (None, counts),
-                    282: ("RATIONAL", [100]),
-                    283: ("RATIONAL", [100]),
-                    296: ("SHORT", [2])}
+        expected = [256, 257, 258, 259, 262, 273, 278, 279, 282, 283, 296]
         if kind == "c":
-            expected[277] = ("SHORT", [3])
-        tags = [tag for tag, _, _ in entries]
-        self.assertEqual(tags, sorted(expected) + ([320] if kind == "p" else []))
-        for tag, ftype, values in entries:
-            if tag == 320:
-                self.assertEqual(ftype, "SHORT")
-                self.assertEqual([v >> 8 for v in values], PALETTE.T.ravel().tolist())
-                continue
-            want_type, want_values = expected[tag]
-            self.assertIn(ftype, [want_type] if want_type else ["SHORT", "LONG"], f"tag {tag}")
-            self.assertEqual(values, want_values, f"tag {tag}")
+            expected = sorted(expected + [277])
+        self.assertEqual(tags, expected + ([320] if kind == "p" else []))
 
 
 class DumpFilesTest(Case):
