@@ -43,6 +43,10 @@ def run(*args):
     return subprocess.run([str(a) for a in args], capture_output=True, text=True, env=ENV)
 
 
+def run_driver(*args):
+    return run(*RUNNER, DRIVER, *args)
+
+
 # --- Expected pixels -------------------------------------------------------
 
 def pattern(width, height, k):
@@ -116,7 +120,7 @@ class Case(unittest.TestCase):
         return os.path.join(self._dir.name, name)
 
     def driver(self, *args):
-        p = run(*RUNNER, DRIVER, *args)
+        p = run_driver(*args)
         self.assertEqual(p.returncode, 0, f"driver {' '.join(map(str, args))}:\n{p.stderr}")
         return p
 
@@ -275,11 +279,11 @@ class CompressedFilesTest(Case):
     def assert_refused(self, path, compression, messages, width, height):
         with tifffile.TiffFile(path) as tf:
             self.assertEqual(int(tf.pages[0].compression), compression)
-        p = run(*RUNNER, DRIVER, "read", path, self.path("out.raw"))
+        p = run_driver("read", path, self.path("out.raw"))
         self.assertEqual(p.returncode, 1, p.stderr)
         for message in messages:
             self.assertIn(message, p.stderr)
-        self.assertEqual(run(*RUNNER, DRIVER, "ready", width, height, path, self.path("y.raw")).returncode, 1)
+        self.assertEqual(run_driver("ready", width, height, path, self.path("y.raw")).returncode, 1)
 
     def test_tiffcp_compressions_are_refused(self):
         for kind, shape in (("g", (20, 40)), ("c", (20, 40, 3))):
