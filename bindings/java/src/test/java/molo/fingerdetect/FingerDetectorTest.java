@@ -4,6 +4,7 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import java.lang.management.ManagementFactory;
 import java.nio.ByteBuffer;
 import java.util.ArrayList;
 import java.util.List;
@@ -84,6 +85,44 @@ class FingerDetectorTest {
         assertThrows(IllegalStateException.class, () -> detector.detectNv21(frame, 2, 1f, 5000));
         assertThrows(IllegalStateException.class,
                 () -> detector.detect(plane, W, 1, plane, W, 2, plane, W, 2, 0, 1f, 5000));
+    }
+
+    /**
+     * Frames create no Java objects but the Detection of a finger reported at
+     * a new position: the bytes this thread allocates inside the calls, over
+     * the clip's second run, stay within that.
+     */
+    @Test
+    void framesAllocateOnlyNewReports() throws Exception {
+        DemoClip clip = DemoClip.get();
+        com.sun.management.ThreadMXBean threads = (com.sun.management.ThreadMXBean) ManagementFactory.getThreadMXBean();
+        long self = Thread.currentThread().getId();
+        PlaneLayoutTest.Layout layout = PlaneLayoutTest.layouts().get(1);
+        try (FingerDetector detector = new FingerDetector(W, H)) {
+            for (int pass = 0; pass < 2; pass++) {
+                long allocated = 0;
+                int newPositions = 0;
+                Detection lastReport = null;
+                for (int i = 0; i < clip.frames.size(); i++) {
+                    byte[] frame = clip.frames.get(i);
+                    layout.fill(frame);
+                    long before = threads.getThreadAllocatedBytes(self);
+                    Detection planes = layout.run(detector, 0);
+                    Detection array = detector.detectNv21(frame, 0, 1f, 5000);
+                    allocated += threads.getThreadAllocatedBytes(self) - before;
+                    for (Detection d : new Detection[] {planes, array}) {
+                        if (d.isReported() && !d.equals(lastReport)) {
+                            newPositions++;
+                            lastReport = d;
+                        }
+                    }
+                }
+                if (pass == 1) {
+                    assertTrue(allocated <= 32L * newPositions,
+                            allocated + " bytes allocated for " + newPositions + " new report positions");
+                }
+            }
+        }
     }
 
     /** Two threads on one detector: one of them is turned away, never both let in. */
