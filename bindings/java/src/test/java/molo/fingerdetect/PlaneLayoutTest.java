@@ -3,12 +3,14 @@ package molo.fingerdetect;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.nio.ByteBuffer;
+import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
-import java.util.stream.Stream;
+import java.util.concurrent.ExecutorService;
+import java.util.concurrent.Executors;
+import java.util.concurrent.Future;
 
-import org.junit.jupiter.api.DynamicTest;
-import org.junit.jupiter.api.TestFactory;
+import org.junit.jupiter.api.Test;
 
 /**
  * Every way a camera lays out the planes gives the decisions of
@@ -16,70 +18,60 @@ import org.junit.jupiter.api.TestFactory;
  * for it: in place or converted.
  */
 class PlaneLayoutTest {
-    enum Chroma { VU, UV, PLANAR, APART }
+    private static final int W = DemoClip.WIDTH;
+    private static final int H = DemoClip.HEIGHT;
 
     /** One plane layout, filled from a packed NV21 frame of the demo's size. */
     static final class Layout {
         final String name;
-        final Chroma chroma;
         final int yRowStride;
         final int chromaRowStride;
+        final int pixelStride;
+        final boolean oneChromaBuffer;
+        final boolean vFirst;
         final int yPosition;
         final boolean inPlace;
-        final int pixelStride;
         ByteBuffer y;
         ByteBuffer u;
         ByteBuffer v;
 
-        Layout(String name, Chroma chroma, int yRowStride, int chromaRowStride, int yPosition, boolean inPlace) {
+        Layout(String name, int yRowStride, int chromaRowStride, int pixelStride, boolean oneChromaBuffer,
+               boolean vFirst, int yPosition, boolean inPlace) {
             this.name = name;
-            this.chroma = chroma;
             this.yRowStride = yRowStride;
             this.chromaRowStride = chromaRowStride;
+            this.pixelStride = pixelStride;
+            this.oneChromaBuffer = oneChromaBuffer;
+            this.vFirst = vFirst;
             this.yPosition = yPosition;
             this.inPlace = inPlace;
-            this.pixelStride = chroma == Chroma.PLANAR ? 1 : 2;
         }
 
         void fill(byte[] nv21) {
-            int w = DemoClip.WIDTH;
-            int h = DemoClip.HEIGHT;
-            int cw = w / 2;
-            int ch = h / 2;
-            ByteBuffer luma = ByteBuffer.allocateDirect(yPosition + (h - 1) * yRowStride + w);
-            for (int r = 0; r < h; r++) {
-                luma.position(yPosition + r * yRowStride);
-                luma.put(nv21, r * w, w);
+            y = ByteBuffer.allocateDirect(yPosition + (H - 1) * yRowStride + W);
+            for (int r = 0; r < H; r++) {
+                y.position(yPosition + r * yRowStride);
+                y.put(nv21, r * W, W);
             }
-            luma.position(yPosition);
-            y = luma;
-            // Chroma buffers end at their last sample, as cameras deliver them.
-            int span = (ch - 1) * chromaRowStride + (cw - 1) * pixelStride + 1;
-            ByteBuffer first = ByteBuffer.allocateDirect(chroma == Chroma.VU || chroma == Chroma.UV ? span + 1 : span);
-            ByteBuffer second = chroma == Chroma.VU || chroma == Chroma.UV ? null : ByteBuffer.allocateDirect(span);
-            for (int r = 0; r < ch; r++) {
-                for (int c = 0; c < cw; c++) {
-                    byte vSample = nv21[w * h + r * w + 2 * c];
-                    byte uSample = nv21[w * h + r * w + 2 * c + 1];
+            y.position(yPosition);
+            // Chroma buffers end at their last sample, as cameras deliver them;
+            // in one buffer the second component starts a byte after the first.
+            int span = (H / 2 - 1) * chromaRowStride + (W / 2 - 1) * pixelStride + 1;
+            ByteBuffer first = ByteBuffer.allocateDirect(span + 1);
+            ByteBuffer second = oneChromaBuffer ? first : ByteBuffer.allocateDirect(span + 1);
+            int offset = oneChromaBuffer ? 1 : 0;
+            for (int r = 0; r < H / 2; r++) {
+                for (int c = 0; c < W / 2; c++) {
+                    int pair = W * H + r * W + 2 * c;
                     int at = r * chromaRowStride + c * pixelStride;
-                    if (chroma == Chroma.VU || chroma == Chroma.UV) {
-                        first.put(at, chroma == Chroma.VU ? vSample : uSample);
-                        first.put(at + 1, chroma == Chroma.VU ? uSample : vSample);
-                    } else {
-                        first.put(at, vSample);
-                        second.put(at, uSample);
-                    }
+                    first.put(at, nv21[vFirst ? pair : pair + 1]);
+                    second.put(at + offset, nv21[vFirst ? pair + 1 : pair]);
                 }
             }
-            if (second == null) {
-                ByteBuffer lower = slice(first, 0, span);
-                ByteBuffer upper = slice(first, 1, span);
-                v = chroma == Chroma.VU ? lower : upper;
-                u = chroma == Chroma.VU ? upper : lower;
-            } else {
-                v = first;
-                u = second;
-            }
+            ByteBuffer lower = slice(first, 0, span);
+            ByteBuffer upper = slice(second, offset, span);
+            v = vFirst ? lower : upper;
+            u = vFirst ? upper : lower;
         }
 
         Detection run(FingerDetector detector, int orientation) {
@@ -89,26 +81,26 @@ class PlaneLayoutTest {
 
         private static ByteBuffer slice(ByteBuffer buffer, int from, int length) {
             ByteBuffer view = buffer.duplicate();
-            view.position(from);
-            view.limit(from + length);
+            view.position(from).limit(from + length);
             return view.slice();
         }
     }
 
     static List<Layout> layouts() {
         return Arrays.asList(
-                new Layout("interleaved V,U, tight rows", Chroma.VU, 640, 640, 0, true),
-                new Layout("interleaved V,U, padded rows", Chroma.VU, 704, 704, 0, true),
-                new Layout("interleaved U,V, padded rows", Chroma.UV, 704, 704, 0, true),
-                new Layout("interleaved V,U, chroma rows longer than luma rows", Chroma.VU, 640, 672, 0, false),
-                new Layout("V and U in separate buffers, pixel stride 2", Chroma.APART, 640, 640, 0, false),
-                new Layout("planar chroma, luma read from a buffer position", Chroma.PLANAR, 648, 336, 5, false));
+                new Layout("interleaved V,U, tight rows", 640, 640, 2, true, true, 0, true),
+                new Layout("interleaved V,U, padded rows", 704, 704, 2, true, true, 0, true),
+                new Layout("interleaved U,V, padded rows", 704, 704, 2, true, false, 0, true),
+                new Layout("interleaved V,U, chroma rows longer", 640, 672, 2, true, true, 0, false),
+                new Layout("V and U apart, pixel stride 2", 640, 640, 2, false, true, 0, false),
+                new Layout("planar chroma, luma from a position", 648, 336, 1, false, true, 5, false));
     }
 
-    /** Runs the whole demo clip through a new detector; checks each frame. */
+    /** Runs the whole demo clip through a new detector (null: as NV21 arrays). */
     static void runClip(Layout layout) throws Exception {
         DemoClip clip = DemoClip.get();
-        try (FingerDetector detector = new FingerDetector(DemoClip.WIDTH, DemoClip.HEIGHT)) {
+        String name = layout == null ? "NV21 array" : layout.name;
+        try (FingerDetector detector = new FingerDetector(W, H)) {
             for (int i = 0; i < clip.frames.size(); i++) {
                 Detection got;
                 if (layout == null) {
@@ -117,17 +109,32 @@ class PlaneLayoutTest {
                     layout.fill(clip.frames.get(i));
                     got = layout.run(detector, 0);
                 }
-                assertEquals(clip.decisions.get(i), got, "frame " + i);
+                assertEquals(clip.decisions.get(i), got, name + ", frame " + i);
                 assertEquals(layout != null && !layout.inPlace, detector.lastFrameConverted(),
-                        "frame " + i + " converted");
+                        name + ", frame " + i + " converted");
             }
         }
     }
 
-    @TestFactory
-    Stream<DynamicTest> everyLayoutGivesTheDemoDecisions() {
-        Stream<DynamicTest> array = Stream.of(DynamicTest.dynamicTest("NV21 byte array", () -> runClip(null)));
-        return Stream.concat(array, layouts().stream()
-                .map(layout -> DynamicTest.dynamicTest(layout.name, () -> runClip(layout))));
+    /** Each layout on its own detector, two detectors running at any time. */
+    @Test
+    void everyLayoutGivesTheDemoDecisionsWithTwoDetectorsAtOnce() throws Exception {
+        List<Layout> cases = new ArrayList<>(layouts());
+        cases.add(null);
+        ExecutorService pool = Executors.newFixedThreadPool(2);
+        try {
+            List<Future<?>> runs = new ArrayList<>();
+            for (Layout layout : cases) {
+                runs.add(pool.submit(() -> {
+                    runClip(layout);
+                    return null;
+                }));
+            }
+            for (Future<?> run : runs) {
+                run.get();
+            }
+        } finally {
+            pool.shutdown();
+        }
     }
 }
