@@ -20,13 +20,20 @@ class FingerDetectorTest {
     private static final int H = DemoClip.HEIGHT;
 
     @Test
-    void unusableSizesAreRefused() {
+    void sizesOutside16To16384AreRefusedOddOnesWork() {
         int[][] sizes = {{0, H}, {W, 0}, {15, H}, {W, 15}, {-640, H}, {16385, H}, {W, 16385}};
         for (int[] size : sizes) {
             assertThrows(IllegalArgumentException.class, () -> new FingerDetector(size[0], size[1]),
                     size[0] + "x" + size[1]);
         }
-        new FingerDetector(16, 16).close();
+        // Odd sides: chroma rows hold (17 + 1) / 2 pairs, so the array's
+        // planes have different row strides and are converted.
+        try (FingerDetector odd = new FingerDetector(17, 17)) {
+            int bytes = 17 * 17 + 2 * 9 * 9;
+            assertEquals(Detection.NOT_REPORTED, odd.detectNv21(new byte[bytes], 0, 1f, 5000));
+            assertTrue(odd.lastFrameConverted());
+            assertThrows(IllegalArgumentException.class, () -> odd.detectNv21(new byte[bytes - 1], 0, 1f, 5000));
+        }
     }
 
     /**
