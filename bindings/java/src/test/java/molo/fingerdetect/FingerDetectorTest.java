@@ -4,7 +4,6 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
-import java.lang.management.ManagementFactory;
 import java.nio.ByteBuffer;
 import java.util.ArrayList;
 import java.util.List;
@@ -76,35 +75,6 @@ class FingerDetectorTest {
         ByteBuffer view = plane.duplicate();
         view.limit(view.limit() - 1);
         return view;
-    }
-
-    /**
-     * Frames create no Java object but the Detection of a finger reported at
-     * a new position: the bytes this thread allocates inside the calls, over
-     * the clip's second run, stay within that.
-     */
-    @Test
-    void framesAllocateOnlyNewReports() throws Exception {
-        DemoClip clip = DemoClip.get();
-        com.sun.management.ThreadMXBean threads = (com.sun.management.ThreadMXBean) ManagementFactory.getThreadMXBean();
-        long self = Thread.currentThread().getId();
-        PlaneLayoutTest.Layout layout = PlaneLayoutTest.layouts().get(1);
-        try (FingerDetector detector = new FingerDetector(W, H)) {
-            long allocated = 0;
-            int newPositions = 0;
-            Detection lastReport = null;
-            for (int i = 0; i < 2 * clip.frames.size(); i++) {
-                layout.fill(clip.frames.get(i % clip.frames.size()));
-                long before = threads.getThreadAllocatedBytes(self);
-                Detection got = layout.run(detector, 0);
-                if (i >= clip.frames.size()) {
-                    allocated += threads.getThreadAllocatedBytes(self) - before;
-                    newPositions += got.isReported() && !got.equals(lastReport) ? 1 : 0;
-                }
-                lastReport = got.isReported() ? got : lastReport;
-            }
-            assertTrue(allocated <= 32L * newPositions, allocated + " bytes for " + newPositions + " new positions");
-        }
     }
 
     @Test

@@ -1,7 +1,9 @@
 package molo.fingerdetect;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import java.lang.management.ManagementFactory;
 import java.nio.ByteBuffer;
 import java.util.ArrayList;
 import java.util.Arrays;
@@ -24,16 +26,9 @@ class PlaneLayoutTest {
     /** One plane layout, filled from a packed NV21 frame of the demo's size. */
     static final class Layout {
         final String name;
-        final int yRowStride;
-        final int chromaRowStride;
-        final int pixelStride;
-        final boolean oneChromaBuffer;
-        final boolean vFirst;
-        final int yPosition;
-        final boolean inPlace;
-        ByteBuffer y;
-        ByteBuffer u;
-        ByteBuffer v;
+        final int yRowStride, chromaRowStride, pixelStride, yPosition;
+        final boolean oneChromaBuffer, vFirst, inPlace;
+        ByteBuffer y, u, v;
 
         Layout(String name, int yRowStride, int chromaRowStride, int pixelStride, boolean oneChromaBuffer,
                boolean vFirst, int yPosition, boolean inPlace) {
@@ -96,24 +91,39 @@ class PlaneLayoutTest {
                 new Layout("planar chroma, luma from a position", 648, 336, 1, false, true, 5, false));
     }
 
-    /** Runs the whole demo clip through a new detector (null: as NV21 arrays). */
+    /**
+     * Runs the whole demo clip through a new detector (null: as NV21 arrays).
+     * A frame creates no Java object but the Detection of a finger reported
+     * at a new position: the bytes the thread allocates inside the calls
+     * stay within that.
+     */
     static void runClip(Layout layout) throws Exception {
         DemoClip clip = DemoClip.get();
         String name = layout == null ? "NV21 array" : layout.name;
+        com.sun.management.ThreadMXBean threads = (com.sun.management.ThreadMXBean) ManagementFactory.getThreadMXBean();
+        long self = Thread.currentThread().getId();
+        long allocated = 0;
+        int newPositions = 0;
+        Detection lastReport = Detection.NOT_REPORTED;
         try (FingerDetector detector = new FingerDetector(W, H)) {
             for (int i = 0; i < clip.frames.size(); i++) {
-                Detection got;
-                if (layout == null) {
-                    got = detector.detectNv21(clip.frames.get(i), 0, 1.0f, 5000);
-                } else {
+                if (layout != null) {
                     layout.fill(clip.frames.get(i));
-                    got = layout.run(detector, 0);
                 }
+                long before = threads.getThreadAllocatedBytes(self);
+                Detection got = layout == null ? detector.detectNv21(clip.frames.get(i), 0, 1.0f, 5000)
+                        : layout.run(detector, 0);
+                allocated += threads.getThreadAllocatedBytes(self) - before;
                 assertEquals(clip.decisions.get(i), got, name + ", frame " + i);
                 assertEquals(layout != null && !layout.inPlace, detector.lastFrameConverted(),
                         name + ", frame " + i + " converted");
+                if (got.isReported() && !got.equals(lastReport)) {
+                    newPositions++;
+                    lastReport = got;
+                }
             }
         }
+        assertTrue(allocated <= 32L * newPositions, name + ": " + allocated + " bytes for " + newPositions + " positions");
     }
 
     /** Each layout on its own detector, two detectors running at any time. */
