@@ -4,6 +4,7 @@
 #define MOLO_FINGER_DETECT_H
 
 #include "molo/c_api.h"
+#include "molo/version.h"
 
 #ifdef __cplusplus
 #include "molo/types.h"

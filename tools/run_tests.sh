@@ -37,6 +37,11 @@ case "${1:-}" in
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac
+# The plain build also builds and tests the Java binding.
+if [ -z "${1:-}" ]; then
+  packages+=(default-jdk-headless junit5)
+  cmake_args+=(-DMOLO_BUILD_JAVA=ON)
+fi
 source "$root/tools/install_packages.sh"
 install_missing_packages "${packages[@]}"
 
