@@ -187,7 +187,7 @@ TEST(Tool, AnnotationNeverOverwritesTheInput) {
     write_file(path, clip);
     const auto run = run_tool({path, "--annotate", path});
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.last_err_line().find("would overwrite an input"), std::string::npos) << run.err;
+    EXPECT_NE(run.last_err_line().find("would overwrite the input"), std::string::npos) << run.err;
     EXPECT_EQ(read_file(path), clip);
     std::remove(path.c_str());
 }
