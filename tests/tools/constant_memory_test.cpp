@@ -14,9 +14,9 @@
 
 namespace {
 
-size_t heap_in_use() {
+long long heap_in_use() {
     const auto info = mallinfo2();
-    return info.uordblks + info.hblkhd;
+    return static_cast<long long>(info.uordblks + info.hblkhd);
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ size_t heap_in_use() {
 TEST(ConstantMemory, SummaryOverMillionsOfFrames) {
     fingerdetect::RunSummary s;
     s.add(0, 0, 1.0);
-    const size_t before = heap_in_use();
+    const long long before = heap_in_use();
     for (long f = 1; f < 3000000; ++f) s.add(f, f >= 10 ? 1 : 0, 0.5 + (f % 97) * 0.01);
     EXPECT_EQ(heap_in_use(), before);
     EXPECT_EQ(s.frames(), 3000000);
@@ -34,13 +34,13 @@ TEST(ConstantMemory, SummaryOverMillionsOfFrames) {
 
 TEST(ConstantMemory, AHugePictureIsHeldOnlyAsItArrives) {
     std::string stream = "YUV4MPEG2 W16384 H16384\nFRAME\n" + std::string(100000, 'y');
-    const size_t before = heap_in_use();
+    const long long before = heap_in_use();
     fingerdetect::Y4mReader reader(fmemopen(stream.data(), stream.size(), "r"), "s", true);
     std::string error;
     ASSERT_TRUE(reader.start(error)) << error;
-    EXPECT_LT(heap_in_use() - before, size_t{1} << 20);
+    EXPECT_LT(heap_in_use() - before, 1 << 20);
     fingerdetect::Frame frame;
     EXPECT_EQ(reader.next(frame, error), fingerdetect::ReadStatus::kError);
     EXPECT_EQ(error, "s: frame 0 is truncated: 402553184 of 402653184 bytes missing");
-    EXPECT_LT(heap_in_use() - before, size_t{1} << 20);
+    EXPECT_LT(heap_in_use() - before, 1 << 20);
 }

@@ -1,8 +1,6 @@
 // Outputs never alias inputs: the annotated clip and the plane dumps never
 // land on a file the run reads, nor on standard output, whatever name or link
 // leads there; the file is left as it was.
-#include "output_guard.h"
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
