@@ -64,7 +64,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (const std::string& a : args) argv.push_back(a.c_str());
     Options options;
     std::string error;
-    if (!parse_options(static_cast<int>(argv.size()), argv.data(), options, error)) options = Options{};
+    if (!parse_options(static_cast<int>(argv.size()), argv.data(), options, error)) {
+        options = Options{};
+    }
 
     MetaTrack meta;
     const bool have_meta =

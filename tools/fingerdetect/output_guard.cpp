@@ -46,7 +46,9 @@ OutputGuard::OutputGuard(const Options& options, std::FILE* in, std::FILE* out) 
             add(-1, input, "the input " + input);
         }
     }
-    if (!options.meta_path.empty()) add(-1, options.meta_path, "the --meta file " + options.meta_path);
+    if (!options.meta_path.empty()) {
+        add(-1, options.meta_path, "the --meta file " + options.meta_path);
+    }
     add(fileno(out), "", "standard output (the results)");
 }
 

@@ -39,7 +39,8 @@ bool ResultWriter::flushed(int length, std::string& error) {
 bool ResultWriter::begin(std::string& error) {
     static constexpr char kHeader[] = "frame,result,row,col\n";
     if (json_) return true;
-    return flushed(std::fputs(kHeader, out_) < 0 ? -1 : static_cast<int>(sizeof kHeader - 1), error);
+    const int length = std::fputs(kHeader, out_) < 0 ? -1 : static_cast<int>(sizeof kHeader - 1);
+    return flushed(length, error);
 }
 
 // A frame without a report has no position: empty CSV fields, JSON null.

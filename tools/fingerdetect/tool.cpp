@@ -2,8 +2,10 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,8 +14,8 @@
 #include "annotation.h"
 #include "decision_state.h"
 #include "demo_scene.h"
-#include "input_file.h"
 #include "frame.h"
+#include "input_file.h"
 #include "meta_file.h"
 #include "options.h"
 #include "output_guard.h"
@@ -132,6 +134,10 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
     }
     if (options.help) {
         std::fputs(usage_text().c_str(), io.out);
+        if (std::fflush(io.out) != 0 || std::ferror(io.out)) {
+            return fail(io, kExitBadInput,
+                        std::string("cannot write the usage: ") + std::strerror(errno));
+        }
         return kExitOk;
     }
     const OutputGuard guard(options, io.in, io.out);
