@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs the built molo-fingerdetect program as a user would: a small YUV4MPEG2
 # stream piped through standard input, whole and cut short, checking the exit
-# status, the per-frame lines and the summary of the process itself.
+# status, the per-frame lines and the summary of the process itself; then a
+# directory on standard input and results that outgrow the file size limit.
 #   cli_test.sh TOOL
 # MOLO_TARGET_RUNNER, when set, is the command that runs TOOL (an emulator).
 set -euo pipefail
@@ -31,4 +32,18 @@ stream 3 | head -c 9000 | "${tool[@]}" - --json >"$work/out" 2>"$work/err" || st
 [ "$status" -eq 1 ] || fail "a truncated stream exited with $status"
 [ "$(wc -l <"$work/out")" -eq 1 ] || fail "the whole frame before the cut is not counted"
 tail -1 "$work/err" | grep -q 'frame 1 is truncated: ' || fail "$(tail -1 "$work/err")"
+# Standard input that is a directory is named as one.
+status=0
+"${tool[@]}" - </ >"$work/out" 2>"$work/err" || status=$?
+[ "$status" -eq 1 ] && tail -1 "$work/err" | grep -q 'standard input is a directory' ||
+  fail "a directory on standard input: $status, $(tail -1 "$work/err")"
+# Results that outgrow the file size limit (SIGXFSZ ignored, so writes fail
+# with EFBIG): the run stops with the system's reason and the file ends with
+# a whole line.
+status=0
+(trap '' XFSZ; ulimit -f 1; head -c $((4608 * 400)) /dev/zero |
+  "${tool[@]}" --size 64x48 - >"$work/out" 2>"$work/err") || status=$?
+[ "$status" -eq 1 ] || fail "a full file exited with $status"
+tail -1 "$work/err" | grep -q 'cannot write the results: File too large' || fail "$(tail -1 "$work/err")"
+[ "$(tail -c 1 "$work/out" | od -An -c | tr -d ' ')" = '\n' ] || fail "the last line is cut: $(tail -1 "$work/out")"
 echo "ok"

@@ -2,59 +2,83 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
+#include <vector>
 
 using fingerdetect::CameraState;
 using fingerdetect::MetaTrack;
 
 namespace {
 
-std::string parse_error(const std::string& text) {
+const CameraState kFallback{1.5f, 6000};
+
+// Reads text as a meta file through frames 0, 1, ... last: the colour
+// temperature of each frame asked for in `asked`, or the refusal.
+std::string read_through(std::string text, long last, const std::vector<long>& asked = {}) {
     MetaTrack track;
-    std::string error;
-    EXPECT_FALSE(track.parse(text, "m.csv", error)) << text;
-    return error;
+    std::string error, temps;
+    if (!track.open(fmemopen(&text[0], text.size(), "r"), "m.csv", true, error)) return error;
+    for (long frame = 0; frame <= last; ++frame) {
+        CameraState state;
+        if (!track.at(frame, kFallback, state, error)) return error;
+        for (long a : asked) {
+            if (a == frame) temps += std::to_string(state.color_temp) + " ";
+        }
+    }
+    return temps;
 }
 
 }  // namespace
 
 TEST(MetaFile, EachRowHoldsUntilTheNextOne) {
-    MetaTrack track;
-    std::string error;
-    ASSERT_TRUE(
-        track.parse("frame,gain,cct\r\n# warm-up\n\n3, 2.5, 4000\n10,1.0,5200.4\n", "m.csv", error))
-        << error;
-    EXPECT_EQ(track.rows(), 2u);
-    const CameraState fallback{1.5f, 6000};
-    EXPECT_EQ(track.at(0, fallback).color_temp, 6000);  // before the first row
-    EXPECT_EQ(track.at(3, fallback).gain, 2.5f);
-    EXPECT_EQ(track.at(9, fallback).color_temp, 4000);
-    EXPECT_EQ(track.at(10, fallback).color_temp, 5200);  // rounded to whole kelvin
-    EXPECT_EQ(track.at(1000, fallback).gain, 1.0f);
+    // Before the first row the fallback; fractions of a kelvin rounded.
+    EXPECT_EQ(read_through("frame,gain,cct\r\n# warm-up\n\n3, 2.5, 4000\n10,1.0,5200.4\n", 1000,
+                           {0, 3, 9, 10, 1000}),
+              "6000 4000 4000 5200 5200 ");
+}
+
+// A first row is skipped only when it holds no number at all; a byte-order
+// mark is not part of the first field.
+TEST(MetaFile, OnlyAFirstRowWithoutNumbersIsAHeader) {
+    const std::string bom = "\xEF\xBB\xBF";
+    for (const std::string& text : {bom + "0,2.0,4000\n", bom + "frame,gain,cct\n0,2,4000\n",
+                                    std::string("frame,gain,\n0,2,4000\n")}) {
+        EXPECT_EQ(read_through(text, 0, {0}), "4000 ") << text;
+    }
+    EXPECT_EQ(read_through("+0,2.0,4000\n", 0), "m.csv:1: bad frame number \"+0\"");
+    EXPECT_EQ(read_through("1.5,2.0,4000\n", 0), "m.csv:1: bad frame number \"1.5\"");
+    EXPECT_EQ(read_through("# x\nfrme,2.0,4000\n", 0), "m.csv:2: bad frame number \"frme\"");
+    EXPECT_EQ(read_through("0,1,5000\nframe,gain,cct\n", 0), "m.csv:2: bad frame number \"frame\"");
 }
 
 TEST(MetaFile, ErrorsNameTheLineAndTheField) {
-    EXPECT_EQ(parse_error("0,1.0\n"),
-              "m.csv:1: expected 3 fields (frame, gain, colour temperature), found 2");
-    EXPECT_EQ(parse_error("0,1,5000\n#\n1,x,5000\n"), "m.csv:3: bad gain \"x\" (a number above 0)");
-    EXPECT_NE(parse_error("0,0,5000\n").find("bad gain"), std::string::npos);
-    EXPECT_NE(parse_error("0,nan,5000\n").find("bad gain"), std::string::npos);
-    EXPECT_NE(parse_error("0,1,500\n").find("m.csv:1: bad colour temperature \"500\""),
-              std::string::npos);
-    EXPECT_NE(parse_error("0,1,5000\n-1,1,5000\n").find("m.csv:2: bad frame number"),
-              std::string::npos);
-    EXPECT_NE(parse_error("0,1,5000\n1.5,1,5000\n").find("bad frame number \"1.5\""),
-              std::string::npos);
-    EXPECT_NE(parse_error("4,1,5000\n4,1,5000\n").find("m.csv:2: frame 4 does not follow frame 4"),
-              std::string::npos);
-    EXPECT_NE(parse_error("frame,gain,cct\n").find("no rows"), std::string::npos);
-    // Only the first row may be a header.
-    EXPECT_NE(parse_error("0,1,5000\nframe,gain,cct\n").find("m.csv:2: "), std::string::npos);
+    const struct {
+        std::string text;
+        std::string error;
+    } cases[] = {
+        {"0,1.0\n", "m.csv:1: expected 3 fields (frame, gain, colour temperature), found 2"},
+        {"0,1,5000\n#\n1,x,5000\n", "m.csv:3: bad gain \"x\" (a number above 0)"},
+        {"0,0,5000\n", "m.csv:1: bad gain \"0\" (a number above 0)"},
+        {"0,1e-50,5000\n", "m.csv:1: bad gain \"1e-50\" (a number above 0)"},  // 0 as a float
+        {"0,1,500\n", "m.csv:1: bad colour temperature \"500\" (kelvin, 1000 to 40000)"},
+        {"4,1,5000\n4,1,5000\n",
+         "m.csv:2: frame 4 does not follow frame 4 (rows must be in increasing frame order)"},
+        {"frame,gain,cct\n", "m.csv: no rows (expected lines of frame, gain, colour temperature)"},
+        {"0,1,5000\n" + std::string(2000, '1') + "\n", "m.csv:2: line longer than 1024 bytes"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(read_through(c.text, 100), c.error);
+    // Rows are read as the frames reach them, one row ahead.
+    EXPECT_EQ(read_through("0,1,5000\n5,2,5000\n9,x,5000\n", 4), "");
+    EXPECT_EQ(read_through("0,1,5000\n5,2,5000\n9,x,5000\n", 5),
+              "m.csv:3: bad gain \"x\" (a number above 0)");
 }
 
-TEST(MetaFile, AMissingFileIsNamed) {
+TEST(MetaFile, AMissingFileOrADirectoryIsNamed) {
     MetaTrack track;
     std::string error;
     EXPECT_FALSE(track.load("/nonexistent/meta.csv", error));
     EXPECT_NE(error.find("cannot open /nonexistent/meta.csv"), std::string::npos);
+    EXPECT_FALSE(track.load("/", error));
+    EXPECT_EQ(error, "cannot read /: it is a directory");
 }

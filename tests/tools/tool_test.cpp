@@ -4,6 +4,8 @@
 #include "tool.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -153,6 +155,8 @@ TEST(Tool, RawFramesAndPerFrameCameraState) {
 }
 
 TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
+    const std::string folder = scratch_path("folder.tif");
+    mkdir(folder.c_str(), 0777);
     struct Case {
         std::vector<std::string> args;
         std::string in;
@@ -171,6 +175,9 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         {{"--annotate", "/nonexistent/a.y4m", "-"}, y4m_stream(64, 48, 1), 1, "cannot create"},
         {{"missing.tif"}, "", 1, "cannot open missing.tif"},
         {{"/"}, "", 1, "cannot read /: it is a directory"},
+        {{folder}, "", 1, "cannot read " + folder + ": it is a directory"},
+        {{"--meta", "/", "-"}, "", 1, "--meta: cannot read /: it is a directory"},
+        {{"--gain", "1e-50", "demo"}, "", 2, "bad --gain \"1e-50\""},  // 0 as a float
     };
     for (const Case& c : cases) {
         const auto run = run_tool(c.args, c.in);
@@ -179,6 +186,7 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         EXPECT_NE(run.last_err_line().find(c.message), std::string::npos) << run.err;
     }
     EXPECT_EQ(run_tool({"--help"}).status, 0);
+    rmdir(folder.c_str());
 }
 
 TEST(Tool, AnnotationNeverOverwritesTheInput) {
@@ -187,7 +195,7 @@ TEST(Tool, AnnotationNeverOverwritesTheInput) {
     write_file(path, clip);
     const auto run = run_tool({path, "--annotate", path});
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.last_err_line().find("would overwrite an input"), std::string::npos) << run.err;
+    EXPECT_NE(run.last_err_line().find("would overwrite the input"), std::string::npos) << run.err;
     EXPECT_EQ(read_file(path), clip);
     std::remove(path.c_str());
 }

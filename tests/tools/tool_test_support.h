@@ -71,18 +71,21 @@ struct ToolRun {
 };
 
 // Runs the tool with args (without the program name), stdin_bytes as its
-// standard input, capturing both output streams.
-inline ToolRun run_tool(const std::vector<std::string>& args, const std::string& stdin_bytes = "") {
+// standard input, capturing both output streams; or writing standard output
+// to given_out, when set, which is left open and not read back.
+inline ToolRun run_tool(const std::vector<std::string>& args, const std::string& stdin_bytes = "",
+                        std::FILE* given_out = nullptr) {
     std::vector<const char*> argv{"molo-fingerdetect"};
     for (const std::string& a : args) argv.push_back(a.c_str());
     std::FILE* in = std::tmpfile();
-    std::FILE* out = std::tmpfile();
+    std::FILE* out = given_out != nullptr ? given_out : std::tmpfile();
     std::FILE* err = std::tmpfile();
     std::fwrite(stdin_bytes.data(), 1, stdin_bytes.size(), in);
     std::rewind(in);
     ToolRun run;
     run.status = fingerdetect::run_tool(static_cast<int>(argv.size()), argv.data(), {in, out, err});
     for (auto [file, text] : {std::pair{out, &run.out}, std::pair{err, &run.err}}) {
+        if (file == given_out) continue;
         std::fflush(file);
         std::rewind(file);
         char buf[4096];

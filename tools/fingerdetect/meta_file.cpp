@@ -1,16 +1,19 @@
 #include "meta_file.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <utility>
+#include <vector>
 
+#include "input_file.h"
 #include "number_text.h"
 
 namespace fingerdetect {
 namespace {
+
+// Longer lines are refused rather than held: a row is a few numbers.
+constexpr size_t kMaxLine = 1024;
+constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 std::string trim(const std::string& text) {
     const size_t begin = text.find_first_not_of(" \t\r");
@@ -31,43 +34,83 @@ std::vector<std::string> split_fields(const std::string& line) {
     return fields;
 }
 
+bool any_number(const std::vector<std::string>& fields) {
+    for (const std::string& field : fields) {
+        if (is_number(field)) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
-bool MetaTrack::parse(const std::string& text, const std::string& name, std::string& error) {
-    rows_.clear();
-    std::istringstream in(text);
-    std::string line;
-    int line_number = 0;
-    bool first_row = true;
-    while (std::getline(in, line)) {
-        ++line_number;
+MetaTrack::~MetaTrack() {
+    if (owns_file_ && in_ != nullptr) std::fclose(in_);
+}
+
+bool MetaTrack::load(const std::string& path, std::string& error) {
+    std::FILE* file = open_for_reading(path, error);
+    return file != nullptr && open(file, path, true, error);
+}
+
+bool MetaTrack::open(std::FILE* in, std::string name, bool owns_file, std::string& error) {
+    in_ = in;
+    name_ = std::move(name);
+    owns_file_ = owns_file;
+    if (!read_row(error)) return false;
+    if (!has_next_) {
+        error = name_ + ": no rows (expected lines of frame, gain, colour temperature)";
+        return false;
+    }
+    return true;
+}
+
+bool MetaTrack::read_row(std::string& error) {
+    const long previous = has_next_ ? next_.frame : -1;
+    has_next_ = false;
+    if (in_ == nullptr) return true;
+    for (;;) {
+        std::string line;
+        int ch = 0;
+        while ((ch = std::fgetc(in_)) != EOF && ch != '\n') {
+            if (line.size() == kMaxLine) {
+                error = name_ + ":" + std::to_string(line_number_ + 1) + ": line longer than " +
+                        std::to_string(kMaxLine) + " bytes";
+                return false;
+            }
+            line.push_back(static_cast<char>(ch));
+        }
+        if (std::ferror(in_)) {
+            error = name_ + ": cannot read: " + std::strerror(errno);
+            return false;
+        }
+        if (ch == EOF && line.empty()) return true;
+        ++line_number_;
+        if (line_number_ == 1 && line.compare(0, 3, kByteOrderMark) == 0) line.erase(0, 3);
         const std::string content = trim(line);
         if (content.empty() || content[0] == '#') continue;
-        const std::string where = name + ":" + std::to_string(line_number) + ": ";
+        const std::string where = name_ + ":" + std::to_string(line_number_) + ": ";
         const std::vector<std::string> fields = split_fields(content);
-        long frame = 0;
-        const bool numeric_start = parse_long(fields[0], frame);
-        if (first_row && !numeric_start) {
-            first_row = false;  // a header row such as "frame,gain,cct"
-            continue;
-        }
-        first_row = false;
+        // Only the first row may be a header ("frame,gain,cct"), and only when
+        // none of its fields is a number: a row with a typo in one field is
+        // refused, not skipped.
+        const bool first_row = !seen_row_;
+        seen_row_ = true;
+        if (first_row && !any_number(fields)) continue;
         if (fields.size() != 3) {
             error = where + "expected 3 fields (frame, gain, colour temperature), found " +
                     std::to_string(fields.size());
             return false;
         }
-        if (!numeric_start || frame < 0) {
+        Row row;
+        if (!parse_long(fields[0], row.frame) || row.frame < 0) {
             error = where + "bad frame number \"" + fields[0] + "\"";
             return false;
         }
-        if (!rows_.empty() && frame <= rows_.back().frame) {
+        if (row.frame <= previous) {
             error = where + "frame " + fields[0] + " does not follow frame " +
-                    std::to_string(rows_.back().frame) +
-                    " (rows must be in increasing frame order)";
+                    std::to_string(previous) + " (rows must be in increasing frame order)";
             return false;
         }
-        Row row{frame, {}};
         if (!parse_gain(fields[1], row.state.gain)) {
             error = where + "bad gain \"" + fields[1] + "\" (a number above 0)";
             return false;
@@ -77,35 +120,21 @@ bool MetaTrack::parse(const std::string& text, const std::string& name, std::str
                     std::to_string(kMinColorTemp) + " to " + std::to_string(kMaxColorTemp) + ")";
             return false;
         }
-        rows_.push_back(row);
+        next_ = row;
+        has_next_ = true;
+        return true;
     }
-    if (rows_.empty()) {
-        error = name + ": no rows (expected lines of frame, gain, colour temperature)";
-        return false;
+}
+
+bool MetaTrack::at(long frame, const CameraState& fallback, CameraState& state,
+                   std::string& error) {
+    while (has_next_ && next_.frame <= frame) {
+        current_ = next_;
+        has_current_ = true;
+        if (!read_row(error)) return false;
     }
+    state = has_current_ ? current_.state : fallback;
     return true;
-}
-
-bool MetaTrack::load(const std::string& path, std::string& error) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        error = "cannot open " + path + ": " + std::strerror(errno);
-        return false;
-    }
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (file.bad()) {
-        error = "cannot read " + path;
-        return false;
-    }
-    return parse(text.str(), path, error);
-}
-
-CameraState MetaTrack::at(long frame, const CameraState& fallback) const {
-    auto after = std::upper_bound(rows_.begin(), rows_.end(), frame,
-                                  [](long f, const Row& row) { return f < row.frame; });
-    if (after == rows_.begin()) return fallback;
-    return std::prev(after)->state;
 }
 
 }  // namespace fingerdetect

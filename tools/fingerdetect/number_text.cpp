@@ -17,6 +17,11 @@ bool parse_double(const std::string& text, double& value) {
 
 }  // namespace
 
+bool is_number(const std::string& text) {
+    double ignored = 0;
+    return parse_double(text, ignored);
+}
+
 bool parse_long(const std::string& text, long& value) {
     if (text.empty() || text.find_first_of(" \t+") != std::string::npos) return false;
     char* end = nullptr;
@@ -29,7 +34,7 @@ bool parse_gain(const std::string& text, float& value) {
     double v = 0;
     if (!parse_double(text, v) || !(v > 0.0) || v > kMaxGain) return false;
     value = static_cast<float>(v);
-    return true;
+    return value > 0.0f;
 }
 
 bool parse_color_temp(const std::string& text, int& value) {

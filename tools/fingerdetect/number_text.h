@@ -13,9 +13,12 @@ constexpr int kMaxColorTemp = 40000;
 // Largest accepted sensor gain.
 constexpr float kMaxGain = 1000.0f;
 
+// Any finite decimal number ("+0", "1.5", "2e3").
+bool is_number(const std::string& text);
 // A decimal integer.
 bool parse_long(const std::string& text, long& value);
-// A finite number above 0 and at most kMaxGain.
+// A finite number above 0 and at most kMaxGain that stays above 0 as a
+// float, the type the detector takes.
 bool parse_gain(const std::string& text, float& value);
 // A number of kelvin from kMinColorTemp to kMaxColorTemp, rounded to whole
 // kelvin when written with a fraction.

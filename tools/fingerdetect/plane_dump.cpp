@@ -11,6 +11,8 @@
 namespace fingerdetect {
 namespace {
 
+constexpr const char* kPlanes[] = {"luma", "colour", "skin", "finger", "outline"};
+
 // The dump functions take non-const paths.
 std::vector<char> c_path(const std::string& path) {
     std::vector<char> text(path.begin(), path.end());
@@ -18,15 +20,23 @@ std::vector<char> c_path(const std::string& path) {
     return text;
 }
 
-bool saved(int close_result, const std::string& path, std::string& error) {
-    if (close_result == 0) return true;
-    error = "cannot write " + path;
+}  // namespace
+
+bool is_dump_name(const std::string& name) {
+    const std::string prefix = "frame_";
+    if (name.compare(0, prefix.size(), prefix) != 0) return false;
+    size_t pos = prefix.size();
+    const size_t digits = pos;
+    while (pos < name.size() && name[pos] >= '0' && name[pos] <= '9') ++pos;
+    if (pos - digits < 6 || pos >= name.size() || name[pos] != '_') return false;
+    const std::string rest = name.substr(pos + 1);
+    for (const char* plane : kPlanes) {
+        if (rest == std::string(plane) + ".tif") return true;
+    }
     return false;
 }
 
-}  // namespace
-
-bool PlaneDump::open(const std::string& dir, std::string& error) {
+bool PlaneDump::open(const std::string& dir, const OutputGuard& guard, std::string& error) {
     struct stat info {};
     if (stat(dir.c_str(), &info) == 0) {
         if (!S_ISDIR(info.st_mode)) {
@@ -38,7 +48,22 @@ bool PlaneDump::open(const std::string& dir, std::string& error) {
         return false;
     }
     dir_ = dir;
+    guard_ = &guard;
     return true;
+}
+
+template <typename Save>
+bool PlaneDump::save(const std::string& path, Save save_to, std::string& error) {
+    if (!guard_->may_write(path, error)) {
+        error = "--dump: " + error;
+        return false;
+    }
+    errno = 0;
+    if (save_to(c_path(path).data()) == 0) return true;
+    // The library keeps the failing call's errno; a refused size sets none.
+    error = "cannot write " + path;
+    if (errno != 0) error += std::string(": ") + std::strerror(errno);
+    return false;
 }
 
 bool PlaneDump::save_mask(const uint8_t* mask, int width, int height, const std::string& path,
@@ -46,7 +71,8 @@ bool PlaneDump::save_mask(const uint8_t* mask, int width, int height, const std:
     const size_t n = static_cast<size_t>(width) * height;
     scaled_.resize(n);
     for (size_t i = 0; i < n; ++i) scaled_[i] = mask[i] != 0 ? 255 : 0;
-    return saved(TIFF_SaveY(scaled_.data(), width, height, c_path(path).data()), path, error);
+    return save(path, [&](char* p) { return TIFF_SaveY(scaled_.data(), width, height, p); },
+                error);
 }
 
 bool PlaneDump::write(long frame, const Molo_FingerDetect& d, std::string& error) {
@@ -56,17 +82,14 @@ bool PlaneDump::write(long frame, const Molo_FingerDetect& d, std::string& error
     char stem[32];
     std::snprintf(stem, sizeof stem, "frame_%06ld_", frame);
     const std::string base = dir_ + "/" + stem;
-
-    const std::string luma = base + "luma.tif";
-    if (!saved(TIFF_SaveY(d.down_y, w, h, c_path(luma).data()), luma, error)) return false;
-    const std::string colour = base + "colour.tif";
-    if (!saved(TIFF_Save_YUV2RGB(d.down_y, d.down_vu, w, h, c_path(colour).data()), colour,
-               error)) {
-        return false;
-    }
-    return save_mask(d.skin_mask, w, h, base + "skin.tif", error) &&
-           save_mask(d.finger_mask, w, h, base + "finger.tif", error) &&
-           save_mask(d.edge_map, w, h, base + "outline.tif", error);
+    return save(base + kPlanes[0] + ".tif",
+                [&](char* p) { return TIFF_SaveY(d.down_y, w, h, p); }, error) &&
+           save(base + kPlanes[1] + ".tif",
+                [&](char* p) { return TIFF_Save_YUV2RGB(d.down_y, d.down_vu, w, h, p); },
+                error) &&
+           save_mask(d.skin_mask, w, h, base + kPlanes[2] + ".tif", error) &&
+           save_mask(d.finger_mask, w, h, base + kPlanes[3] + ".tif", error) &&
+           save_mask(d.edge_map, w, h, base + kPlanes[4] + ".tif", error);
 }
 
 }  // namespace fingerdetect

@@ -18,20 +18,32 @@
 #include <string>
 #include <vector>
 
+#include "output_guard.h"
+
 class Molo_FingerDetect;
 
 namespace fingerdetect {
 
+// True for a file name the dump writes: frame_N_PLANE.tif.
+bool is_dump_name(const std::string& name);
+
 class PlaneDump {
 public:
-    // Uses dir, creating it when it does not exist. false with a reason.
-    bool open(const std::string& dir, std::string& error);
+    // Uses dir, creating it when it does not exist. false with a reason. Every
+    // file is checked against guard just before it is written.
+    bool open(const std::string& dir, const OutputGuard& guard, std::string& error);
+    // false with "cannot write PATH: REASON" (or the guard's reason) at the
+    // first file that fails.
     bool write(long frame, const Molo_FingerDetect& detector, std::string& error);
 
 private:
+    // Runs one of the library's dump functions on path.
+    template <typename Save>
+    bool save(const std::string& path, Save save_to, std::string& error);
     bool save_mask(const uint8_t* mask, int width, int height, const std::string& path,
                    std::string& error);
     std::string dir_;
+    const OutputGuard* guard_ = nullptr;
     std::vector<uint8_t> scaled_;
 };
 

@@ -42,6 +42,14 @@ long RawReader::expected_frames() const {
 
 ReadStatus RawReader::next(Frame& frame, std::string& error) {
     if (frame.width != width_ || frame.height != height_ || frame.v_first != v_first_) {
+        // The frame is sized once its first byte has arrived, not before.
+        const int first = std::fgetc(in_);
+        if (first == EOF) {
+            if (!std::ferror(in_)) return ReadStatus::kEnd;
+            error = name_ + ": read error before frame " + std::to_string(frame_number_);
+            return ReadStatus::kError;
+        }
+        std::ungetc(first, in_);
         frame.allocate(width_, height_, v_first_);
     }
     // Luma rows, then chroma rows, each row straight into the frame.

@@ -4,6 +4,7 @@
 #define MOLO_TOOL_RESULT_WRITER_H
 
 #include <cstdio>
+#include <string>
 
 namespace fingerdetect {
 
@@ -17,14 +18,21 @@ struct FrameResult {
 class ResultWriter {
 public:
     // json: one JSON object per line; else CSV with a header line.
-    ResultWriter(std::FILE* out, bool json) : out_(out), json_(json) {}
+    ResultWriter(std::FILE* out, bool json);
     // Writes the CSV header (nothing for JSON lines).
-    void begin();
-    void write(const FrameResult& r);
+    bool begin(std::string& error);
+    // Writes one line and flushes it, so that what a failed or killed run
+    // leaves behind ends with a whole line. false with "cannot write the
+    // results: REASON" when the line did not get out.
+    bool write(const FrameResult& r, std::string& error);
 
 private:
+    // Flushes a line of length bytes (negative: not written).
+    bool flushed(int length, std::string& error);
     std::FILE* out_;
     bool json_;
+    long long start_ = -1;     // offset of the first line in a regular file, else -1
+    long long good_bytes_ = 0;  // bytes of whole lines flushed
 };
 
 }  // namespace fingerdetect

@@ -1,12 +1,12 @@
 #include "tiff_list_reader.h"
 
 #include <cctype>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <utility>
 
 #include "MoloFingerDetect.h"
+#include "input_file.h"
 
 namespace fingerdetect {
 namespace {
@@ -19,11 +19,8 @@ struct TiffInfo {
 
 // Reads the picture once to learn its size and type. false with a reason.
 bool inspect(const std::string& path, TiffInfo& info, std::string& error) {
-    std::FILE* fp = std::fopen(path.c_str(), "rb");
-    if (fp == nullptr) {
-        error = "cannot open " + path + ": " + std::strerror(errno);
-        return false;
-    }
+    std::FILE* fp = open_for_reading(path, error);
+    if (fp == nullptr) return false;
     TIFF_IMG img{};
     const int failed = read_TIFF(fp, &img);
     std::fclose(fp);

@@ -1,6 +1,5 @@
 #include "tool.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -16,8 +15,10 @@
 #include "decision_state.h"
 #include "demo_scene.h"
 #include "frame.h"
+#include "input_file.h"
 #include "meta_file.h"
 #include "options.h"
+#include "output_guard.h"
 #include "plane_dump.h"
 #include "progress_bar.h"
 #include "raw_reader.h"
@@ -46,18 +47,15 @@ std::FILE* open_input(const std::string& path, const ToolStreams& io, std::strin
     if (path == "-") {
         name = "standard input";
         owned = false;
+        if (is_directory(io.in)) {
+            error = "standard input is a directory";
+            return nullptr;
+        }
         return io.in;
     }
     name = path;
     owned = true;
-    struct stat info;
-    if (stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
-        error = "cannot read " + path + ": it is a directory";
-        return nullptr;
-    }
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) error = "cannot open " + path + ": " + std::strerror(errno);
-    return file;
+    return open_for_reading(path, error);
 }
 
 std::unique_ptr<FrameSource> open_source(const Options& options, const ToolStreams& io,
@@ -121,19 +119,6 @@ private:
     std::string old_;
 };
 
-// True when path names an existing file that is also one of the inputs
-// ("-" being standard input), which writing it would destroy.
-bool is_an_input(const std::string& path, const Options& options, const ToolStreams& io) {
-    struct stat target;
-    if (stat(path.c_str(), &target) != 0) return false;
-    for (const std::string& input : options.inputs) {
-        struct stat source;
-        const int got = input == "-" ? fstat(fileno(io.in), &source) : stat(input.c_str(), &source);
-        if (got == 0 && source.st_dev == target.st_dev && source.st_ino == target.st_ino) return true;
-    }
-    return false;
-}
-
 void* initialise_detector(int width, int height, bool log) {
     ScopedLogSwitch log_switch(log);
     return MoloFinDetect_Initialize(nullptr, width, height, nullptr);
@@ -149,11 +134,14 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
     }
     if (options.help) {
         std::fputs(usage_text().c_str(), io.out);
+        if (std::fflush(io.out) != 0 || std::ferror(io.out)) {
+            return fail(io, kExitBadInput,
+                        std::string("cannot write the usage: ") + std::strerror(errno));
+        }
         return kExitOk;
     }
-    if (!options.annotate_path.empty() && is_an_input(options.annotate_path, options, io)) {
-        return fail(io, kExitUsage, "--annotate " + options.annotate_path + " would overwrite an input");
-    }
+    const OutputGuard guard(options, io.in, io.out);
+    if (!guard.check_command_line(options, error)) return fail(io, kExitUsage, error);
     MetaTrack meta;
     if (!options.meta_path.empty() && !meta.load(options.meta_path, error)) {
         return fail(io, kExitBadInput, "--meta: " + error);
@@ -172,7 +160,7 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
         }
     }
     PlaneDump dump;
-    if (!options.dump_dir.empty() && !dump.open(options.dump_dir, error)) {
+    if (!options.dump_dir.empty() && !dump.open(options.dump_dir, guard, error)) {
         return fail(io, kExitBadInput, error);
     }
 
@@ -185,24 +173,27 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
     const Molo_FingerDetect& detector = *static_cast<Molo_FingerDetect*>(handle);
 
     ResultWriter results(io.out, options.json);
-    results.begin();
     RunSummary summary;
     ProgressBar progress(io.err, source->expected_frames(),
                          !options.log && isatty(fileno(io.err)) == 1);
     Frame frame;
-    std::vector<uint8_t> picture(options.annotate_path.empty() ? 0
-                                                               : picture_bytes_420(width, height));
+    std::vector<uint8_t> picture;  // the annotated picture, sized at the first frame
+    // Every write is checked: the first that fails sets stop_reason and ends
+    // the run at its frame.
     std::string stop_reason;
-    for (long n = 0;; ++n) {
-        const ReadStatus status = source->next(frame, stop_reason);
-        if (status == ReadStatus::kEnd) break;
-        if (status == ReadStatus::kError) break;
+    results.begin(stop_reason);
+    for (long n = 0; stop_reason.empty(); ++n) {
+        if (source->next(frame, stop_reason) != ReadStatus::kFrame) break;
+        CameraState camera;
+        if (!meta.at(n, options.camera, camera, stop_reason)) {
+            stop_reason = "--meta: " + stop_reason;
+            break;
+        }
         if (options.log) {
             // Marks where the detector's messages for this frame begin.
             std::fprintf(io.err, "[frame %ld]\n", n);
             std::fflush(io.err);
         }
-        const CameraState camera = meta.at(n, options.camera);
         FrameResult r;
         r.frame = n;
         const auto start = std::chrono::steady_clock::now();
@@ -210,9 +201,10 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
                                          options.orientation, frame.stride, frame.ds_mode(),
                                          camera.gain, camera.color_temp, &r.row, &r.col);
         const auto stop = std::chrono::steady_clock::now();
-        results.write(r);
         summary.add(n, r.result, std::chrono::duration<double, std::milli>(stop - start).count());
-        if (!picture.empty()) {
+        if (!results.write(r, stop_reason)) break;
+        if (!options.annotate_path.empty()) {
+            picture.resize(picture_bytes_420(width, height));
             planar_420_from_frame(frame, picture.data());
             draw_decision(picture.data(), width, height, decision_state(r.result, detector),
                           detector, r.row, r.col);
@@ -226,9 +218,6 @@ int run_tool(int argc, const char* const* argv, const ToolStreams& io) {
 
     summary.print(io.err, width, height);
     if (!annotated.close(error) && stop_reason.empty()) stop_reason = "--annotate: " + error;
-    if (std::fflush(io.out) != 0 || std::ferror(io.out)) {
-        if (stop_reason.empty()) stop_reason = "cannot write the results";
-    }
     if (!stop_reason.empty()) return fail(io, kExitBadInput, stop_reason);
     if (summary.frames() == 0) return fail(io, kExitBadInput, "the input holds no frames");
     return kExitOk;

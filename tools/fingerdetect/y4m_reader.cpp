@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cctype>
 #include <utility>
 
@@ -173,13 +174,13 @@ bool Y4mReader::start(std::string& error) {
         error = name_ + ": " + error;
         return false;
     }
-    picture_.resize(picture_bytes_420(header_.width, header_.height));
+    picture_bytes_ = picture_bytes_420(header_.width, header_.height);
 
     // A file's length gives the frame count when no frame carries parameters.
     struct stat info {};
     const long pos = std::ftell(in_);
     if (pos >= 0 && fstat(fileno(in_), &info) == 0 && S_ISREG(info.st_mode)) {
-        const long long per_frame = 6 + static_cast<long long>(picture_.size());
+        const long long per_frame = 6 + static_cast<long long>(picture_bytes_);
         expected_frames_ = static_cast<long>((info.st_size - pos) / per_frame);
     }
     return true;
@@ -210,7 +211,7 @@ ReadStatus Y4mReader::next(Frame& frame, std::string& error) {
                 error = name_ + ": " + frame_name +
                         " is truncated: the stream ends inside its FRAME "
                         "marker, all " +
-                        std::to_string(picture_.size()) + " bytes of the picture missing";
+                        std::to_string(picture_bytes_) + " bytes of the picture missing";
                 return ReadStatus::kError;
             }
             break;  // reported below as a bad marker
@@ -226,11 +227,22 @@ ReadStatus Y4mReader::next(Frame& frame, std::string& error) {
                 "\"";
         return ReadStatus::kError;
     }
-    const size_t got = std::fread(picture_.data(), 1, picture_.size(), in_);
-    if (got != picture_.size()) {
+    // The first picture's buffer grows with the bytes that arrive, so that a
+    // header announcing a huge picture costs nothing until the picture does.
+    size_t got = 0;
+    for (;;) {
+        if (got == picture_.size() && got < picture_bytes_) {
+            picture_.resize(std::min(picture_bytes_, std::max<size_t>(2 * got, 1 << 16)));
+        }
+        const size_t want = std::min(picture_.size(), picture_bytes_) - got;
+        const size_t n = std::fread(picture_.data() + got, 1, want, in_);
+        got += n;
+        if (n < want || got == picture_bytes_) break;
+    }
+    if (got != picture_bytes_) {
         error = name_ + ": " + frame_name +
-                " is truncated: " + std::to_string(picture_.size() - got) + " of " +
-                std::to_string(picture_.size()) + " bytes missing";
+                " is truncated: " + std::to_string(picture_bytes_ - got) + " of " +
+                std::to_string(picture_bytes_) + " bytes missing";
         return ReadStatus::kError;
     }
     if (frame.width != header_.width || frame.height != header_.height) {

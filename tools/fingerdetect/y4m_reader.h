@@ -53,7 +53,8 @@ private:
     Y4mHeader header_;
     long expected_frames_ = -1;
     long frame_number_ = 0;
-    std::vector<uint8_t> picture_;
+    size_t picture_bytes_ = 0;      // of one planar picture
+    std::vector<uint8_t> picture_;  // grows while the first picture arrives
 };
 
 }  // namespace fingerdetect

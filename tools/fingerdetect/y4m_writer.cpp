@@ -20,8 +20,11 @@ bool Y4mWriter::open(const std::string& path, int width, int height, int rate_nu
     }
     path_ = path;
     picture_bytes_ = picture_bytes_420(width, height);
+    // Flushed at once, so that a file that cannot be written is refused
+    // before the first frame.
     if (std::fprintf(out_, "YUV4MPEG2 W%d H%d F%d:%d Ip A1:1 C420jpeg\n", width, height, rate_num,
-                     rate_den) < 0) {
+                     rate_den) < 0 ||
+        std::fflush(out_) != 0) {
         error = "cannot write " + path + ": " + std::strerror(errno);
         return false;
     }
@@ -30,7 +33,7 @@ bool Y4mWriter::open(const std::string& path, int width, int height, int rate_nu
 
 bool Y4mWriter::write(const uint8_t* picture, std::string& error) {
     if (std::fputs("FRAME\n", out_) < 0 ||
-        std::fwrite(picture, 1, picture_bytes_, out_) != picture_bytes_) {
+        std::fwrite(picture, 1, picture_bytes_, out_) != picture_bytes_ || std::fflush(out_) != 0) {
         error = "cannot write " + path_ + ": " + std::strerror(errno);
         return false;
     }

@@ -19,7 +19,8 @@ public:
     // Creates the file and writes the stream header. false with a reason.
     bool open(const std::string& path, int width, int height, int rate_num, int rate_den,
               std::string& error);
-    // Appends one picture of picture_bytes_420(width, height) bytes: Y, U, V.
+    // Appends one picture of picture_bytes_420(width, height) bytes: Y, U, V,
+    // and flushes it. false with "cannot write PATH: REASON".
     bool write(const uint8_t* picture, std::string& error);
     // Flushes and closes; false with a reason when the data did not reach the file.
     bool close(std::string& error);
