@@ -104,11 +104,30 @@ private:
 };
 #endif
 
-// The claim word: the loop's generation in the high half, its next chunk in
-// the low half. A helper claims with a compare-and-swap on the whole word,
-// so it can only take a chunk of the generation it joined.
-constexpr uint32_t generation_of(uint64_t word) { return static_cast<uint32_t>(word >> 32); }
-constexpr int chunk_of(uint64_t word) { return static_cast<int>(static_cast<uint32_t>(word)); }
+// The claim word holds the loop's generation, its chunk count and its next
+// chunk, so a claim is decided on one value: a compare-and-swap on the whole
+// word takes a chunk only while it exists in the loop that is running. (A
+// count kept beside the word could be the next loop's, written while the
+// word still names a loop whose chunks are all gone.) A held chunk keeps its
+// loop from ending, so what a helper reads of the loop after its claim is
+// that loop's. Generations wrap after about a million loops; a helper would
+// have to stall over all of them and meet the same count and chunk for a
+// stale claim to succeed.
+constexpr int kChunkBits = 22;
+constexpr uint64_t kChunkMask = (uint64_t{1} << kChunkBits) - 1;
+constexpr uint32_t kGenerationMask = (uint32_t{1} << (64 - 2 * kChunkBits)) - 1;
+constexpr int kMaxChunks = static_cast<int>(kChunkMask);
+constexpr uint64_t claim_word(uint32_t generation, int chunk_count) {
+    return (uint64_t{generation} << (2 * kChunkBits)) |
+           (static_cast<uint64_t>(chunk_count) << kChunkBits);
+}
+constexpr uint32_t generation_of(uint64_t word) {
+    return static_cast<uint32_t>(word >> (2 * kChunkBits));
+}
+constexpr int chunk_count_of(uint64_t word) {
+    return static_cast<int>((word >> kChunkBits) & kChunkMask);
+}
+constexpr int chunk_of(uint64_t word) { return static_cast<int>(word & kChunkMask); }
 
 // A helper sleeps on its signal word, which changes each time it is woken.
 struct alignas(64) HelperSlot {
@@ -133,6 +152,7 @@ private:
     template <typename Ready>
     void sleep_until(HelperSlot& slot, Ready ready);
     void wait_at_hold();
+    int claim(uint32_t generation, int& chunk_count);
     void claim_chunks(uint32_t generation);
     void run_chunk(int chunk, int n, int rows_per_chunk, const RowBody& body);
     void chunk_done(int chunk_count);
@@ -147,13 +167,12 @@ private:
 #endif
 
     // The current loop, written before its generation is published in
-    // claim_ and left as it is until the next loop. Atomics because a late
-    // helper may read them while the next loop writes them; it acts on what
-    // it read only if its claim then succeeds, which proves they were its
-    // loop's.
+    // claim_ and left as it is until the next loop. A helper reads them only
+    // once it holds a chunk, but for the helper count, which it reads before
+    // any claim and which may then be a later loop's (harmless: it only
+    // decides whether the helper tries to claim).
     std::atomic<int> rows_{0};
     std::atomic<int> rows_per_chunk_{0};
-    std::atomic<int> chunk_count_{0};
     std::atomic<int> helpers_wanted_{0};
     std::atomic<const RowBody*> body_{nullptr};
 
@@ -211,6 +230,7 @@ void Pool::wake(int index) {
 }
 
 bool Pool::run(int n, RowChunking split, int helpers, const RowBody& body) {
+    if (split.chunk_count > kMaxChunks) return false;
     if (busy_.exchange(true, std::memory_order_acquire)) return false;
     if (helpers > kMaxHelpers) helpers = kMaxHelpers;
     if (started_.load(std::memory_order_relaxed) < helpers) start_helpers(helpers);
@@ -223,21 +243,17 @@ bool Pool::run(int n, RowChunking split, int helpers, const RowBody& body) {
     const int chunk_count = split.chunk_count;
     rows_.store(n, std::memory_order_relaxed);
     rows_per_chunk_.store(split.chunk, std::memory_order_relaxed);
-    chunk_count_.store(chunk_count, std::memory_order_relaxed);
     helpers_wanted_.store(helpers, std::memory_order_relaxed);
     body_.store(&body, std::memory_order_relaxed);
     done_.store(0, std::memory_order_relaxed);
-    ++generation_;
-    claim_.store(static_cast<uint64_t>(generation_) << 32, std::memory_order_release);
+    generation_ = (generation_ + 1) & kGenerationMask;
+    claim_.store(claim_word(generation_, chunk_count), std::memory_order_release);
     // Only the first helper is woken here; each helper wakes the next, so the
     // caller makes one wake-up call at most before it starts on the rows.
     wake(0);
 
-    // Only this thread changes the generation, so a plain increment claims
-    // within it; claims past the end are harmless.
-    for (;;) {
-        const int chunk = chunk_of(claim_.fetch_add(1, std::memory_order_acq_rel));
-        if (chunk >= chunk_count) break;
+    int count;
+    for (int chunk; (chunk = claim(generation_, count)) >= 0;) {
         run_chunk(chunk, n, split.chunk, body);
         chunk_done(chunk_count);
     }
@@ -305,19 +321,22 @@ void Pool::helper_main(int index, uint32_t seen) {
     }
 }
 
+// The next chunk of that generation, or -1 when it has none left or has
+// ended; `chunk_count` receives the generation's chunk count.
+int Pool::claim(uint32_t generation, int& chunk_count) {
+    uint64_t word = claim_.load(std::memory_order_acquire);
+    do {
+        chunk_count = chunk_count_of(word);
+        if (generation_of(word) != generation || chunk_of(word) >= chunk_count) return -1;
+    } while (!claim_.compare_exchange_weak(word, word + 1, std::memory_order_acq_rel,
+                                           std::memory_order_acquire));
+    return chunk_of(word);
+}
+
 void Pool::claim_chunks(uint32_t generation) {
-    for (;;) {
-        uint64_t word = claim_.load(std::memory_order_acquire);
-        int chunk_count;
-        do {
-            if (generation_of(word) != generation) return;
-            chunk_count = chunk_count_.load(std::memory_order_relaxed);
-            if (chunk_of(word) >= chunk_count) return;
-        } while (!claim_.compare_exchange_weak(word, word + 1, std::memory_order_acq_rel,
-                                               std::memory_order_acquire));
-        // This chunk is held, so the loop cannot end and the description
-        // read now is this generation's.
-        run_chunk(chunk_of(word), rows_.load(std::memory_order_relaxed),
+    int chunk_count;
+    for (int chunk; (chunk = claim(generation, chunk_count)) >= 0;) {
+        run_chunk(chunk, rows_.load(std::memory_order_relaxed),
                   rows_per_chunk_.load(std::memory_order_relaxed),
                   *body_.load(std::memory_order_relaxed));
         chunk_done(chunk_count);

@@ -3,8 +3,8 @@
 // loop alongside its caller.
 //
 // What the caller may rely on:
-// - Chunks are claimed one at a time from a counter that holds the loop's
-//   generation and its next chunk in one word. The caller claims every chunk
+// - Chunks are claimed one at a time from a word that holds the loop's
+//   generation, its chunk count and its next chunk. The caller claims every chunk
 //   that no helper has taken, so a loop finishes even if no helper ever runs;
 //   the caller then waits only for chunks that a helper already holds.
 // - A helper touches the body (and so the caller's frame) only while it
