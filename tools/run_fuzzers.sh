@@ -16,7 +16,7 @@ seconds=${MOLO_FUZZ_SECONDS:-60}
 
 # libclang-rt-14-dev holds libFuzzer and the sanitizer runtimes of Debian
 # bookworm's clang; clang itself does not pull it in.
-packages=(cmake make clang libclang-rt-14-dev libomp-dev libgtest-dev)
+packages=(cmake make clang libclang-rt-14-dev libgtest-dev)
 source "$root/tools/install_packages.sh"
 install_missing_packages "${packages[@]}"
 

@@ -3,7 +3,7 @@
 # through sudo), configures, builds and runs every test.
 #   tools/run_tests.sh              plain build in build/ (the system compiler)
 #   tools/run_tests.sh --sanitize   AddressSanitizer + UBSan build in build-sanitize/
-#   tools/run_tests.sh --clang      clang with its own OpenMP runtime in build-clang/
+#   tools/run_tests.sh --clang      clang build in build-clang/
 #   tools/run_tests.sh --armhf      32-bit ARM (ARMv7-A, NEON, hard float) cross build
 #                                   in build-armhf/, tests run under qemu-arm
 #   tools/run_tests.sh --aarch64    64-bit ARM cross build in build-aarch64/, tests
@@ -33,7 +33,7 @@ if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev
           libtiff-tools python3-pil python3-tifffile)
 case "${1:-}" in
-  --clang) packages+=(clang libomp-dev) ;;
+  --clang) packages+=(clang) ;;
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac

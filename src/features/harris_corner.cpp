@@ -50,7 +50,11 @@ int Molo_FingerDetect::HarrisCorner() {
             grad_xy[base + c] = 2 * v * hz;
         }
     };
-    if (r0 < scan_row_end) molo::parallel_rows(scan_row_end - r0, differentiate);
+    // 49 operator taps per differentiated cell.
+    if (r0 < scan_row_end) {
+        molo::parallel_rows(scan_row_end - r0, differentiate,
+                            49 * static_cast<std::int64_t>(std::max(scan_col_end - c0, 0)));
+    }
 
     // The second pass reads product rows up to 3 away, so it starts only once
     // the first has returned.
@@ -82,7 +86,9 @@ int Molo_FingerDetect::HarrisCorner() {
             corner_response[base + c] = molo::harris_response(a, b, cross);
         }
     };
-    if (kHalf < h - kHalf) molo::parallel_rows(h - 2 * kHalf, respond);
+    // A row is a scan of its cells; the few outline cells among them cost a
+    // window sum each.
+    if (kHalf < h - kHalf) molo::parallel_rows(h - 2 * kHalf, respond, w);
 
     // Strongest response, first in row-major order on ties; nothing positive
     // leaves the position at (0, 0).

@@ -6,6 +6,7 @@
 // vector ones of the target (downsample_rows.h), which match the scalar
 // reference bit for bit.
 #include <cstddef>
+#include <cstdint>
 
 #include "molo/detector.h"
 #include "prep/downsample_rows.h"
@@ -28,6 +29,8 @@ void Molo_FingerDetect::DownSampling(int stride, int ds_mode) {
                     w / 2, swap);
     };
 
-    molo::parallel_rows(down_height, luma_row);
-    molo::parallel_rows(down_height / 2, chroma_row);
+    // A working row of either plane reads 8 source rows of 8 * w bytes.
+    const std::int64_t row_bytes = 64 * static_cast<std::int64_t>(w);
+    molo::parallel_rows(down_height, luma_row, row_bytes);
+    molo::parallel_rows(down_height / 2, chroma_row, row_bytes);
 }

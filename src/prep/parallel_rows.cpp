@@ -2,16 +2,18 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <thread>
 
-#ifdef _OPENMP
-#include <omp.h>
+#include "prep/row_helpers.h"
+
+#if MOLO_ROW_HELPERS
+#include <thread>
 #endif
 
 namespace molo {
 namespace {
 
 std::atomic<int> g_override{0};
+std::atomic<std::int64_t> g_work_threshold{kMinParallelWork};
 
 int default_contexts() {
     static const int contexts = [] {
@@ -20,13 +22,17 @@ int default_contexts() {
             const int n = std::atoi(env);
             if (n > 0) return n;
         }
+#if MOLO_ROW_HELPERS
         const unsigned hw = std::thread::hardware_concurrency();
         return hw > 0 ? static_cast<int>(hw) : 1;
+#else
+        return 1;
+#endif
     }();
     return contexts;
 }
 
-void run_chunks(int first, int last, const RowBody& body) {
+void run_rows(int first, int last, const RowBody& body) {
     for (int row = first; row < last; ++row) body(row);
 }
 
@@ -55,29 +61,27 @@ void parallel_rows(int n, RowBody body) {
     if (n <= 0) return;
     const int contexts = execution_contexts();
     const RowChunking split = row_chunking(n, contexts);
-    if (contexts == 1 || split.chunk_count == 1) {
-        run_chunks(0, n, body);
+    // Every row is run once whoever claims its chunk, so the rows come out
+    // the same on any number of threads; when no helper can be had, the
+    // caller runs them all in order.
+    if (contexts > 1 && split.chunk_count > 1 && run_with_helpers(n, split, contexts - 1, body)) {
         return;
     }
-#ifdef _OPENMP
-    // The runtime provides the team; the rows are handed out by one shared
-    // claim counter, so claims go in order to whichever thread is free, every
-    // chunk is taken exactly once, and no worksharing state is allocated per
-    // loop. The team always has the same size so the runtime can keep it.
-    std::atomic<int> next_claim{0};
-#pragma omp parallel num_threads(contexts)
-    {
-        for (;;) {
-            const int claim = next_claim.fetch_add(1, std::memory_order_relaxed);
-            if (claim >= split.chunk_count) break;
-            const int begin = claim * split.chunk;
-            const int end = begin + (split.chunk < n - begin ? split.chunk : n - begin);
-            run_chunks(begin, end, body);
-        }
+    run_rows(0, n, body);
+}
+
+std::int64_t parallel_work_threshold() { return g_work_threshold.load(std::memory_order_relaxed); }
+
+void set_parallel_work_threshold(std::int64_t steps) {
+    g_work_threshold.store(steps >= 0 ? steps : kMinParallelWork, std::memory_order_relaxed);
+}
+
+void parallel_rows(int n, RowBody body, std::int64_t row_work) {
+    if (n > 0 && static_cast<std::int64_t>(n) * row_work < parallel_work_threshold()) {
+        run_rows(0, n, body);
+        return;
     }
-#else
-    run_chunks(0, n, body);
-#endif
+    parallel_rows(n, body);
 }
 
 }  // namespace molo

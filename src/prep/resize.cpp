@@ -1,6 +1,8 @@
 // Area-averaging rescale of an interleaved chroma plane. The luma pointers are
 // accepted and left alone. Only out_height / 2 - 1 destination chroma rows are
 // written: the last one never is, a one-row shortfall kept on purpose.
+#include <cstdint>
+
 #include "molo/detector.h"
 #include "prep/parallel_rows.h"
 #include "support/float_to_int.h"
@@ -62,5 +64,8 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
             }
         }
     };
-    molo::parallel_rows(row_count, body);
+    // A destination row reads its block of source rows across the width.
+    const std::int64_t row_bytes = static_cast<std::int64_t>(in_width) *
+                                   (out_height > 0 && in_height > out_height ? in_height / out_height : 1);
+    molo::parallel_rows(row_count, body, row_bytes);
 }

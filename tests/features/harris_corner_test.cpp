@@ -36,6 +36,7 @@ TEST(HarrisCorner, WrapsModulo32BitsAlikeInSerialAndParallel) {
     // sanitizer). Both passes of the map give the same bits in parallel.
     auto analyse = [](int contexts) {
         molo::set_execution_contexts(contexts);
+        molo::set_parallel_work_threshold(0);  // this grid is below it
         ScopedDetector d(120, 90);
         draw(d, d->edge_map, [](int r, int c) { return (r * 7 + c * 3) % 4 != 0; });
         draw(d, d->finger_mask, [](int r, int c) {
@@ -49,4 +50,5 @@ TEST(HarrisCorner, WrapsModulo32BitsAlikeInSerialAndParallel) {
     EXPECT_GT(serial[0], 0);
     EXPECT_EQ(serial, analyse(4));
     molo::set_execution_contexts(0);
+    molo::set_parallel_work_threshold(-1);
 }
