@@ -37,10 +37,14 @@ case "${1:-}" in
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac
-# The plain build also builds and tests the Java binding.
+# The plain build also builds and tests the bindings: the Java one on the
+# host JVM, and the Python module with its pip install (bindings/python),
+# through the interpreter that sees Debian's python3 packages.
 if [ -z "${1:-}" ]; then
-  packages+=(default-jdk-headless junit5)
-  cmake_args+=(-DMOLO_BUILD_JAVA=ON)
+  packages+=(default-jdk-headless junit5
+             pybind11-dev python3-pybind11 python3-dev python3-numpy python3-pytest
+             python3-setuptools python3-wheel python3-venv python3-pip)
+  cmake_args+=(-DMOLO_BUILD_JAVA=ON -DMOLO_BUILD_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3)
 fi
 source "$root/tools/install_packages.sh"
 install_missing_packages "${packages[@]}"
