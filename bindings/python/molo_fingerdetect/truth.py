@@ -46,10 +46,3 @@ def load_truth(path):
         raise TruthError("%s: not UTF-8 text" % path) from None
     return parse_truth(text, str(path))
 
-
-def write_truth(path, finger):
-    """Writes a truth file for a sequence of 0/1 values."""
-    with open(path, "w", encoding="utf-8") as file:
-        file.write("frame,finger\n")
-        for frame, value in enumerate(finger):
-            file.write("%d,%d\n" % (frame, 1 if value else 0))
