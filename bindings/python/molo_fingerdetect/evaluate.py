@@ -68,13 +68,26 @@ def _evaluate(entries, jobs, with_cases, progress):
             outcomes[index] = _run(entry, with_cases)
             progress.update(index + 1)
         return outcomes
+    # The workers' detectors run their row loops on one thread unless
+    # MOLO_THREADS says otherwise, so that N processes share the cores instead
+    # of N times the hardware's threads waiting on each other. Decisions do not
+    # depend on it; the times per frame are then one thread's. The library
+    # reads the variable once, early in each process, so it is set before
+    # the processes start.
     context = multiprocessing.get_context("spawn")
-    with concurrent.futures.ProcessPoolExecutor(max_workers=jobs, mp_context=context) as pool:
-        futures = {pool.submit(_run, entry, with_cases): index
-                   for index, entry in enumerate(entries)}
-        for done, future in enumerate(concurrent.futures.as_completed(futures), start=1):
-            outcomes[futures[future]] = future.result()
-            progress.update(done)
+    unset = "MOLO_THREADS" not in os.environ
+    if unset:
+        os.environ["MOLO_THREADS"] = "1"
+    try:
+        with concurrent.futures.ProcessPoolExecutor(max_workers=jobs, mp_context=context) as pool:
+            futures = {pool.submit(_run, entry, with_cases): index
+                       for index, entry in enumerate(entries)}
+            for done, future in enumerate(concurrent.futures.as_completed(futures), start=1):
+                outcomes[futures[future]] = future.result()
+                progress.update(done)
+    finally:
+        if unset:
+            del os.environ["MOLO_THREADS"]
     return outcomes
 
 
