@@ -37,6 +37,8 @@ case "${1:-}" in
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac
+# The evaluation's plots, and the browser its report test opens the page in.
+packages+=(python3-matplotlib chromium chromium-driver python3-selenium)
 source "$root/tools/install_packages.sh"
 install_missing_packages "${packages[@]}"
 
