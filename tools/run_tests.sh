@@ -37,8 +37,16 @@ case "${1:-}" in
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;
   --aarch64) packages+=(g++-aarch64-linux-gnu qemu-user) ;;
 esac
-# The evaluation's plots, and the browser its report test opens the page in.
-packages+=(python3-matplotlib chromium chromium-driver python3-selenium)
+# The plain build also builds the Python module and runs its tests and its
+# pip install (bindings/python), with the interpreter that sees Debian's
+# python3 packages.
+if [ -z "${1:-}" ]; then
+  packages+=(pybind11-dev python3-pybind11 python3-dev python3-numpy python3-pytest
+             python3-setuptools python3-wheel python3-venv python3-pip)
+  # The evaluation's plots, and the browser its report test opens the page in.
+  packages+=(python3-matplotlib chromium chromium-driver python3-selenium)
+  cmake_args+=(-DMOLO_BUILD_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3)
+fi
 source "$root/tools/install_packages.sh"
 install_missing_packages "${packages[@]}"
 

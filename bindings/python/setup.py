@@ -1,0 +1,37 @@
+"""Builds molo_fingerdetect._core from the binding and the library's own
+sources (src/ two folders up), so the installed module needs no shared
+library at run time. Build it from this folder inside the source tree:
+
+    pip install --no-build-isolation ./bindings/python
+"""
+
+import os
+from pathlib import Path
+
+from pybind11.setup_helpers import ParallelCompile, Pybind11Extension
+from setuptools import setup
+
+here = Path(__file__).resolve().parent
+root = here.parent.parent
+
+
+def relative(paths):
+    # setuptools wants source paths relative to this folder.
+    return sorted(os.path.relpath(p, here) for p in paths)
+
+
+sources = relative(list((here / "src").glob("*.cpp")) + list((root / "src").rglob("*.cpp")))
+
+core = Pybind11Extension(
+    "molo_fingerdetect._core",
+    sources,
+    include_dirs=[str(root / "include"), str(root / "src")],
+    cxx_std=17,
+    # As the library's own build: results fixed to the bit (no fused
+    # multiply-add), its row loops on OpenMP, nothing exported but the module.
+    extra_compile_args=["-ffp-contract=off", "-fno-math-errno", "-fopenmp"],
+    extra_link_args=["-fopenmp"],
+)
+
+ParallelCompile("MOLO_BUILD_JOBS").install()
+setup(ext_modules=[core])
