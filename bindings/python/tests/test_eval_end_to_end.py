@@ -2,7 +2,6 @@
 report page opened in a headless browser."""
 
 import json
-import os
 import shutil
 import subprocess
 import sys
@@ -13,28 +12,24 @@ import pytest
 from molo_fingerdetect.clip_run import run_clip
 from molo_fingerdetect.dataset import load_dataset
 
-WRITER = os.environ.get("MOLO_WRITE_DEMO_CLIP")
 SECTIONS = ("overall", "timelines", "latency", "timing", "slices", "cases")
 
 
 @pytest.fixture(scope="module")
-def dataset(tmp_path_factory):
+def dataset(tmp_path_factory, demo_clip):
     """The demo clip three times (found; looked for on the wrong side, so
     missed; labelled finger-free, so a false alarm) and a missing video."""
-    if not WRITER:
-        pytest.skip("MOLO_WRITE_DEMO_CLIP (the demo clip writer) is not set")
     folder = tmp_path_factory.mktemp("demo_set")
-    subprocess.run([WRITER, str(folder / "demo.y4m")], check=True)
     # the demo's finger is present on frames 8-31 of 40
     for name, present in (("demo.csv", range(8, 32)), ("empty.csv", ())):
         (folder / name).write_text("frame,finger\n" + "".join(
             "%d,%d\n" % (i, i in present) for i in range(40)))
     (folder / "dataset.csv").write_text(
         "video,truth,orientation,meta\n"
-        "demo.y4m,demo.csv,0,\n"
-        "demo.y4m,demo.csv,1,\n"
-        "demo.y4m,empty.csv,0,\n"
-        "missing.y4m,demo.csv,0,\n")
+        "{0},demo.csv,0,\n"
+        "{0},demo.csv,1,\n"
+        "{0},empty.csv,0,\n"
+        "missing.y4m,demo.csv,0,\n".format(demo_clip))
     return folder
 
 
