@@ -60,22 +60,24 @@ class ClipResult:
         return "%dx%d" % (self.width, self.height)
 
 
+def _named(path, error):
+    message = str(error)
+    return message if message.startswith(str(path)) else "%s: %s" % (path, message)
+
+
 def _open(path):
     try:
         return open_y4m(path)
     except OSError as error:
         raise ClipError("cannot open %s: %s" % (path, error.strerror or error)) from None
+    except Y4MError as error:
+        raise ClipError(_named(path, error)) from None
 
 
 def _close(reader):
     close = getattr(reader, "close", None)
     if close is not None:
         close()
-
-
-def _named(path, error):
-    message = str(error)
-    return message if message.startswith(str(path)) else "%s: %s" % (path, message)
 
 
 def run_clip(entry, with_cases=False):
