@@ -6,7 +6,8 @@ from its frame until the next row; frames before the first row keep the
 run's defaults. Blank lines and lines starting with `#` are skipped, a UTF-8
 byte-order mark at the start is dropped, and a first row none of whose fields
 is a number is taken for a header and skipped. Anything else that is not a
-valid row is refused with `FILE:LINE: reason`.
+valid row, or a line longer than MAX_LINE bytes, is refused with
+`FILE:LINE: reason`.
 """
 
 import bisect
@@ -18,6 +19,7 @@ import numpy as np
 MIN_COLOR_TEMP = 1000
 MAX_COLOR_TEMP = 40000
 MAX_GAIN = 1000.0
+MAX_LINE = 1024  # bytes; a row is a few numbers, longer lines are refused
 
 _INTEGER = re.compile(r"-?[0-9]+\Z")
 _DECIMAL = re.compile(r"[+-]?([0-9]+\.?[0-9]*|\.[0-9]+)([eE][+-]?[0-9]+)?\Z")
@@ -47,7 +49,8 @@ def parse_gain(text):
     value = parse_number(text)
     if value is None or not value > 0.0 or value > MAX_GAIN:
         return None
-    return float(np.float32(value))
+    gain = float(np.float32(value))
+    return gain if gain > 0.0 else None  # too small to be told from 0
 
 
 def parse_color_temp(text):
@@ -75,6 +78,8 @@ class MetaTrack:
         rows = []
         first_row = True
         for number, line in enumerate(text.split("\n"), start=1):
+            if len(line.encode("utf-8")) > MAX_LINE:
+                raise MetaError("%s:%d: line longer than %d bytes" % (name, number, MAX_LINE))
             content = line.strip(" \t\r")
             if not content or content.startswith("#"):
                 continue
@@ -112,11 +117,8 @@ class MetaTrack:
                 data = file.read()
         except OSError as error:
             raise MetaError("cannot open %s: %s" % (path, error.strerror or error)) from None
-        try:
-            text = data.decode("utf-8")
-        except UnicodeDecodeError as error:
-            raise MetaError("%s:%d: not UTF-8 text" % (path, data[:error.start].count(b"\n") + 1)) from None
-        return cls.parse(text, str(path))
+        # bytes that are not UTF-8 (in a header, say) cannot make a number
+        return cls.parse(data.decode("utf-8", "replace"), str(path))
 
     def at(self, frame, default=(1.0, 5000)):
         """(gain, cct) for a frame: the last row at or before it, else default."""

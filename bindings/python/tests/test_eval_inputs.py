@@ -63,6 +63,8 @@ def test_meta_rows_hold_until_the_next_one():
     ("0,nan,5000\n", 'm.csv:1: bad gain "nan"'),
     ("0,1,999\n", 'm.csv:1: bad colour temperature "999"'),
     ("# nothing\n\n", "m.csv: no rows"),
+    ("0,1e-60,5000\n", 'm.csv:1: bad gain "1e-60"'),
+    ("0,1,5000" + " " * 1020 + "\n", "m.csv:1: line longer than 1024 bytes"),
 ])
 def test_meta_refusals_name_file_and_line(text, message):
     with pytest.raises(MetaError, match=message):
