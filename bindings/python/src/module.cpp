@@ -10,6 +10,8 @@ using molo_python::Detector;
 
 PYBIND11_MODULE(_core, m) {
     m.doc() = "Finger-on-lens detector over NV21 frames held in numpy arrays.";
+    py::options options;
+    options.disable_function_signatures();  // the docstrings give them in Python's terms
     molo_python::install_log_hook();
     // The row loops read MOLO_THREADS from the environment on first use;
     // reading it now keeps that away from the log switch a creation sets.
@@ -48,7 +50,8 @@ execute_nv21(frame, orientation=0, ds_mode=1, gain=1.0, cct=5000) -> (result, ro
 execute() on one packed NV21 frame: bytes or a 1-D uint8 array of
 width*height luma bytes followed by the chroma rows, or (even widths) a 2-D
 uint8 array of height + (height+1)//2 rows of width bytes.)doc")
-        .def("close", &Detector::close, "Releases the detector; later calls raise ValueError.")
+        .def("close", &Detector::close,
+             "close()\n\nReleases the detector; later calls raise ValueError.")
         .def("__enter__", [](py::object self) { return self; })
         .def("__exit__",
              [](Detector& d, py::handle, py::handle, py::handle) {
