@@ -6,7 +6,7 @@ where it was wrong."""
 import re
 import time
 from dataclasses import dataclass, field
-from typing import List, Optional
+from typing import List
 
 import numpy as np
 
