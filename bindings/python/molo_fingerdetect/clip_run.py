@@ -114,8 +114,8 @@ def run_clip(entry, with_cases=False):
     finally:
         _close(reader)
     if frames != len(truth):
-        raise ClipError("%s: %d frames, but %s has %d" % (entry.video_path, frames, entry.truth_path,
-                                                         len(truth)))
+        raise ClipError("%s: %d frames, but %s has %d"
+                        % (entry.video_path, frames, entry.truth_path, len(truth)))
     result = ClipResult(video=entry.video, width=reader.width, height=reader.height, fps=fps,
                         orientation=entry.orientation, truth=truth,
                         reported=np.array(reported, np.uint8), held=np.array(held, np.uint8),

@@ -90,8 +90,8 @@ class MetaTrack:
                     continue  # a header such as "frame,gain,cct"
             where = "%s:%d: " % (name, number)
             if len(fields) != 3:
-                raise MetaError(where + "expected 3 fields (frame, gain, colour temperature), found %d"
-                                % len(fields))
+                raise MetaError(where + "expected 3 fields (frame, gain, colour temperature), "
+                                "found %d" % len(fields))
             if not _INTEGER.match(fields[0]) or int(fields[0]) < 0:
                 raise MetaError(where + 'bad frame number "%s"' % fields[0])
             frame = int(fields[0])
