@@ -18,18 +18,21 @@ SECTIONS = ("overall", "timelines", "latency", "timing", "slices", "cases")
 @pytest.fixture(scope="module")
 def dataset(tmp_path_factory, demo_clip):
     """The demo clip three times (found; looked for on the wrong side, so
-    missed; labelled finger-free, so a false alarm) and a missing video."""
+    missed; labelled finger-free, so a false alarm), a missing video and a
+    truth file one frame short."""
     folder = tmp_path_factory.mktemp("demo_set")
     # the demo's finger is present on frames 8-31 of 40
-    for name, present in (("demo.csv", range(8, 32)), ("empty.csv", ())):
+    for name, present, frames in (("demo.csv", range(8, 32), 40), ("empty.csv", (), 40),
+                                  ("short.csv", (), 39)):
         (folder / name).write_text("frame,finger\n" + "".join(
-            "%d,%d\n" % (i, i in present) for i in range(40)))
+            "%d,%d\n" % (i, i in present) for i in range(frames)))
     (folder / "dataset.csv").write_text(
         "video,truth,orientation,meta\n"
         "{0},demo.csv,0,\n"
         "{0},demo.csv,1,\n"
         "{0},empty.csv,0,\n"
-        "missing.y4m,demo.csv,0,\n".format(demo_clip))
+        "missing.y4m,demo.csv,0,\n"
+        "{0},short.csv,0,\n".format(demo_clip))
     return folder
 
 
@@ -43,8 +46,9 @@ def run(dataset):
 
 def test_metrics_of_the_demo_clip(dataset, run):
     assert run.returncode == 1, run.stderr
-    failing = [line for line in run.stderr.splitlines() if "missing.y4m" in line]
-    assert len(failing) == 1, run.stderr
+    failing = run.stderr.splitlines()
+    assert len(failing) == 2 and "missing.y4m" in failing[0], run.stderr
+    assert "40 frames, but" in failing[1] and "short.csv has 39" in failing[1]
     metrics = json.loads((dataset / "metrics.json").read_text())
     found, missed, false_alarm = metrics["clips"]
     # reported on frames 13-26
