@@ -53,6 +53,9 @@ Detector::Detector(int width, int height, bool log) : width_(width), height_(hei
                               ": width and height must be 1 to " +
                               std::to_string(molo::kMaxPreviewExtent));
     }
+    // Uninitialised storage: its pages are only touched by frames that need a copy.
+    copy_pitch_ = static_cast<std::size_t>(width + (width & 1));
+    copy_.reset(new uint8_t[copy_pitch_ * (height + (height + 1) / 2)]);
     {
         ScopedLogSwitch log_switch(log);
         LogCapture capture(log ? &messages_ : nullptr);
@@ -61,9 +64,6 @@ Detector::Detector(int width, int height, bool log) : width_(width), height_(hei
     if (handle_ == nullptr) {
         throw py::value_error("the detector refused the preview size " + size_text(width, height));
     }
-    // Uninitialised storage: its pages are only touched by frames that need a copy.
-    copy_pitch_ = static_cast<std::size_t>(width + (width & 1));
-    copy_.reset(new uint8_t[copy_pitch_ * (height + (height + 1) / 2)]);
 }
 
 Detector::~Detector() {

@@ -1,7 +1,7 @@
 // One detector handle behind a Python object. Frames are read where they lie
 // when both planes share one row pitch with packed rows; any other layout is
 // copied into a buffer the detector owns, reserved at creation, so a frame
-// allocates nothing in native code. The GIL is released while the library
+// allocates nothing in native code but the messages kept when logging. The GIL is released while the library
 // runs; a lock keeps one call at a time on a handle.
 #ifndef MOLO_PYTHON_DETECTOR_H
 #define MOLO_PYTHON_DETECTOR_H
