@@ -1,0 +1,115 @@
+"""The evaluation command over the demo clip written as a dataset, and its
+report page opened in a headless browser."""
+
+import json
+import shutil
+import subprocess
+import sys
+import tempfile
+
+import pytest
+
+from molo_fingerdetect.clip_run import run_clip
+from molo_fingerdetect.dataset import load_dataset
+
+SECTIONS = ("overall", "timelines", "latency", "timing", "slices", "cases")
+
+
+@pytest.fixture(scope="module")
+def dataset(tmp_path_factory, demo_clip):
+    """The demo clip three times (found; looked for on the wrong side, so
+    missed; labelled finger-free, so a false alarm), a missing video and a
+    truth file one frame short."""
+    folder = tmp_path_factory.mktemp("demo_set")
+    # the demo's finger is present on frames 8-31 of 40
+    for name, present, frames in (("demo.csv", range(8, 32), 40), ("empty.csv", (), 40),
+                                  ("short.csv", (), 39)):
+        (folder / name).write_text("frame,finger\n" + "".join(
+            "%d,%d\n" % (i, i in present) for i in range(frames)))
+    (folder / "dataset.csv").write_text(
+        "video,truth,orientation,meta\n"
+        "{0},demo.csv,0,\n"
+        "{0},demo.csv,1,\n"
+        "{0},empty.csv,0,\n"
+        "missing.y4m,demo.csv,0,\n"
+        "{0},short.csv,0,\n".format(demo_clip))
+    return folder
+
+
+@pytest.fixture(scope="module")
+def run(dataset):
+    command = [sys.executable, "-m", "molo_fingerdetect.evaluate", str(dataset / "dataset.csv"),
+               "--json", str(dataset / "metrics.json"), "--report", str(dataset / "report.html"),
+               "--jobs", "2"]
+    return subprocess.run(command, capture_output=True, text=True, timeout=600)
+
+
+def test_metrics_of_the_demo_clip(dataset, run):
+    assert run.returncode == 1, run.stderr
+    failing = run.stderr.splitlines()
+    assert len(failing) == 2 and "missing.y4m" in failing[0], run.stderr
+    assert "40 frames, but" in failing[1] and "short.csv has 39" in failing[1]
+    metrics = json.loads((dataset / "metrics.json").read_text())
+    found, missed, false_alarm = metrics["clips"]
+    # reported on frames 13-26
+    assert {k: found[k] for k in ("frames", "finger_frames", "reported_frames", "true_reports",
+                                  "events", "detected_events", "latency_frames",
+                                  "false_alarms")} == {
+        "frames": 40, "finger_frames": 24, "reported_frames": 14, "true_reports": 14,
+        "events": 1, "detected_events": 1, "latency_frames": [5], "false_alarms": 0}
+    assert found["finger_free_seconds"] == pytest.approx(16 / 10)  # F10:1
+    assert (missed["detected_events"], missed["reported_frames"]) == (0, 0)
+    assert (false_alarm["false_alarms"], false_alarm["events"]) == (1, 0)
+    overall = metrics["overall"]
+    assert (overall["events"], overall["detected_events"], overall["false_alarms"]) == (2, 1, 1)
+    assert sorted(metrics["slices"]["orientation"]) == ["0", "1"]
+    assert list(metrics["slices"]["light"]) == ["bright"]
+
+
+def test_held_frames_come_from_the_log(dataset):
+    entries, _ = load_dataset(str(dataset / "dataset.csv"))
+    result = run_clip(entries[0])
+    # held on 10 (frame 11 fails), on 12 (13 confirms) and on 29 (30 does not)
+    assert result.held.nonzero()[0].tolist() == [10, 12, 29]
+
+
+def test_bad_command_line_exits_2(dataset):
+    for arguments in (["--jobs", "0"], ["--json", str(dataset / "dataset.csv")], []):
+        command = [sys.executable, "-m", "molo_fingerdetect.evaluate"]
+        if arguments:
+            command.append(str(dataset / "dataset.csv"))
+        assert subprocess.run(command + arguments, capture_output=True).returncode == 2
+
+
+def test_report_opens_in_a_headless_browser(dataset, run):
+    chromium, driver_path = shutil.which("chromium"), shutil.which("chromedriver")
+    if not chromium or not driver_path:
+        pytest.skip("chromium or chromedriver (Debian: chromium, chromium-driver) is missing")
+    webdriver = pytest.importorskip("selenium.webdriver",
+                                    reason="python3-selenium is missing")
+    from selenium.webdriver.chrome.service import Service
+    from selenium.webdriver.common.by import By
+
+    options = webdriver.ChromeOptions()
+    options.binary_location = chromium
+    profile = tempfile.mkdtemp()
+    for flag in ("--headless", "--no-sandbox", "--disable-gpu", "--disable-background-networking",
+                 "--disable-component-update", "--disable-sync", "--no-first-run",
+                 "--user-data-dir=" + profile):
+        options.add_argument(flag)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    browser = webdriver.Chrome(service=Service(driver_path), options=options)
+    try:
+        browser.get((dataset / "report.html").as_uri())
+        for section in SECTIONS:
+            assert browser.find_element(By.ID, section).is_displayed(), section
+        images = browser.find_elements(By.TAG_NAME, "img")
+        # timelines of three clips, two histograms, the missed event and the false alarm
+        assert len(images) == 7
+        assert all(browser.execute_script(
+            "return arguments[0].complete && arguments[0].naturalWidth > 0", image)
+            for image in images)
+        assert [entry for entry in browser.get_log("browser") if entry["level"] == "SEVERE"] == []
+    finally:
+        browser.quit()
+        shutil.rmtree(profile, ignore_errors=True)
