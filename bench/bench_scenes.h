@@ -25,7 +25,9 @@ namespace bench {
 class ValueNoise {
 public:
     ValueNoise(int width, int height, int cell, uint32_t seed)
-        : cell_(cell), columns_(width / cell + 2), knots_(static_cast<size_t>(columns_) * (height / cell + 2)) {
+        : cell_(cell),
+          columns_(width / cell + 2),
+          knots_(static_cast<size_t>(columns_) * (height / cell + 2)) {
         for (float& k : knots_) {
             seed = seed * 1664525u + 1013904223u;
             k = static_cast<float>(seed >> 8) / 16777216.0f;
@@ -79,7 +81,8 @@ inline Nv21Frame natural_scene(int width, int height) {
             float u = 133.0f + 24.0f * hue.at(width - 1 - px, py);
             // A warm patch in the middle (a face, a wooden table, a hand far
             // off) and warm flecks along the left edge.
-            const bool centre = std::abs(px - width / 2) < width / 6 && std::abs(py - height / 2) < height / 5;
+            const bool centre =
+                std::abs(px - width / 2) < width / 6 && std::abs(py - height / 2) < height / 5;
             const bool fleck = px < width / 12 && warm.at(px, py) > 0.8f;
             if (centre && warm.at(px, py) > 0.35f) {
                 v = 158.0f + 6.0f * warm.at(py, px);
@@ -96,10 +99,12 @@ inline Nv21Frame natural_scene(int width, int height) {
     return f;
 }
 
-// A plain grey wall with sensor grain: no pixel has a finger's colour, so
-// every colour entry is turned away before a region is grown.
-inline Nv21Frame plain_scene(int width, int height) {
-    Nv21Frame f(width, height, 0, 128, 128);
+// A plain wall with sensor grain, of one chroma (first, second). Grey
+// (128, 128) lies within the radius of the two pale colour entries, which
+// take the whole frame for skin and turn it away as too much of it; a cool
+// tone such as (118, 140) matches no entry, and no region is grown.
+inline Nv21Frame plain_scene(int width, int height, uint8_t first = 128, uint8_t second = 128) {
+    Nv21Frame f(width, height, 0, first, second);
     uint32_t grain = 7;
     for (uint8_t& y : f.y) {
         grain = grain * 1103515245u + 12345u;
@@ -112,7 +117,8 @@ inline Nv21Frame plain_scene(int width, int height) {
 // then interleaved chroma, V before U. False when the file is missing or short.
 inline bool load_photo(const std::string& dir, const std::string& name, int width, int height,
                        Nv21Frame& out) {
-    const std::string path = dir + "/" + name + "_" + std::to_string(width) + "x" + std::to_string(height) + ".nv21";
+    const std::string path =
+        dir + "/" + name + "_" + std::to_string(width) + "x" + std::to_string(height) + ".nv21";
     Nv21Frame f(width, height, 0, 0, 0);
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) return false;

@@ -20,9 +20,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <regex>
@@ -78,9 +78,9 @@ struct Step {
 // leaves a figure open.
 struct Expect {
     int result = -1;
-    int held_after = -1;   // have_detect after the call
-    int crossing = -1;     // 1: the line-crossing search ran, 0: it did not
-    int too_many = -1;     // colour entries turned away for growing too many regions
+    int held_after = -1;  // have_detect after the call
+    int crossing = -1;    // 1: the line-crossing search ran, 0: it did not
+    int too_many = -1;    // colour entries turned away for growing too many regions
 };
 
 struct Scene {
@@ -88,7 +88,7 @@ struct Scene {
     std::vector<Step> setup;  // run once, untimed
     std::vector<Step> cycle;  // repeated
     int orientation = 0;
-    float gain = 1.0f;   // 1.0 at 5000 K: the light class that tries all five colour entries
+    float gain = 1.0f;  // 1.0 at 5000 K: the light class that tries all five colour entries
     int kelvin = 5000;
     Expect expect;
     // Whole-queue clears a timed call makes (one per region growth), timed
@@ -127,11 +127,13 @@ Scene searching(Nv21Frame frame, int orientation = 0) {
 
 // A finger held at the edge, its size changing slightly from frame to frame;
 // every frame runs once with the frozen colour entry and is reported.
-Scene tracking(const std::vector<int>& growth, std::function<Nv21Frame(int)> frame_with_growth, int crossing) {
+Scene tracking(const std::vector<int>& growth, std::function<Nv21Frame(int)> frame_with_growth,
+               int crossing) {
     Scene s;
     for (int grow : growth) s.frames.push_back(frame_with_growth(grow));
     s.setup = {{0, false}, {1, false}};
-    for (size_t k = 0; k < growth.size(); ++k) s.cycle.push_back({static_cast<int>((k + 2) % growth.size()), true});
+    for (size_t k = 0; k < growth.size(); ++k)
+        s.cycle.push_back({static_cast<int>((k + 2) % growth.size()), true});
     s.expect.result = 1;
     s.expect.crossing = crossing;
     return s;
@@ -173,10 +175,14 @@ std::vector<int> slant_growth(int width) {
 
 std::vector<CaseDef> case_defs() {
     std::vector<CaseDef> defs;
-    // A grey wall: no pixel matches a finger tone.
-    defs.push_back({"Cheap", [](int w, int h) { return searching(bench::plain_scene(w, h)); }, kSizes, ""});
+    // A cool-toned wall: no pixel matches a finger tone.
+    defs.push_back(
+        {"Cheap", [](int w, int h) { return searching(bench::plain_scene(w, h, 118, 140)); }, kSizes, ""});
+    // A grey wall: the two pale entries find skin everywhere.
+    defs.push_back({"Grey", [](int w, int h) { return searching(bench::plain_scene(w, h)); }, kSizes, ""});
     // Synthetic texture, walls and a warm patch: a few small regions grown.
-    defs.push_back({"Texture", [](int w, int h) { return searching(bench::natural_scene(w, h)); }, kSizes, ""});
+    defs.push_back(
+        {"Texture", [](int w, int h) { return searching(bench::natural_scene(w, h)); }, kSizes, ""});
     // Photos, the finger expected from the left (o0) and from the right (o1).
     for (const char* name : {"coffee", "chelsea", "astronaut", "rocket"}) {
         for (int orientation : {0, 1}) {
@@ -195,9 +201,9 @@ std::vector<CaseDef> case_defs() {
                             kSizes, name});
         }
     }
-    // Large skin-coloured areas: a finger-toned band at the left edge is
-    // chosen, and a face-sized area of the same tone in the middle of the
-    // frame makes it too common to be a finger.
+    // Large skin-coloured areas: a fingertip at the left edge is chosen, and
+    // a face-sized area of the same tone in the middle of the frame makes its
+    // colour too common for a finger.
     defs.push_back({"SkinHeavy",
                     [](int w, int h) {
                         Nv21Frame f = finger_over(bench::natural_scene(w, h), kFlatFinger, 0);
@@ -221,7 +227,8 @@ std::vector<CaseDef> case_defs() {
     defs.push_back({"Tracking",
                     [](int w, int h) {
                         const Nv21Frame background = bench::natural_scene(w, h);
-                        return tracking(kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, 0);
+                        return tracking(
+                            kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, 0);
                     },
                     kSizes, ""});
     // A finger entering at a slant, whose outline has a second line: the
@@ -229,25 +236,30 @@ std::vector<CaseDef> case_defs() {
     defs.push_back({"TrackingLine",
                     [](int w, int h) {
                         const Nv21Frame background = bench::natural_scene(w, h);
-                        return tracking(slant_growth(w), [&](int g) { return finger_over(background, kSlantFinger, g); }, 1);
+                        return tracking(
+                            slant_growth(w), [&](int g) { return finger_over(background, kSlantFinger, g); },
+                            1);
                     },
                     kSizes, ""});
     // The tracking finger over a photo.
     defs.push_back({"PhotoFinger_coffee",
                     [](int w, int h) {
                         const Nv21Frame background = photo("coffee", w, h);
-                        return tracking(kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, -1);
+                        return tracking(
+                            kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, -1);
                     },
                     kSizes, "coffee"});
-    // A finger-free frame whose candidate is held: a warm object at the edge
-    // passes every test, the corner-and-line verification with its
+    // A searching frame whose candidate is held: a warm, round-tipped object
+    // at the corner (the first frame of a finger, or anything of its colour
+    // and shape) passes every test, the corner-and-line verification with its
     // line-crossing search included. A grey frame before each timed call
     // turns the detector back to searching.
     defs.push_back({"Held",
                     [](int w, int h) {
                         Scene s;
                         s.frames.push_back(bench::plain_scene(w, h));
-                        s.frames.push_back(finger_over(bench::natural_scene(w, h), kSlantFinger, slant_growth(w)[0]));
+                        s.frames.push_back(
+                            finger_over(bench::natural_scene(w, h), kSlantFinger, slant_growth(w)[0]));
                         s.cycle = {{0, false}, {1, true}};
                         s.expect.result = 0;
                         s.expect.held_after = 1;
@@ -282,14 +294,16 @@ std::vector<CaseDef> case_defs() {
                         bench::paint_specks(f, 0, band_first, bench::kWarm);
                         bench::paint_specks(f, band_end, pair_rows, bench::kWarm);
                         for (int pr = band_first; pr < band_end; ++pr) {
-                            for (int pair = 0; pair < 5; ++pair) f.set_pair(pr, pair, bench::kPale.first, bench::kPale.second);
+                            for (int pair = 0; pair < 5; ++pair)
+                                f.set_pair(pr, pair, bench::kPale.first, bench::kPale.second);
                         }
                         Scene s = searching(std::move(f));
                         s.expect.too_many = 5;
                         s.queue_clears = 5 * 254;
                         return s;
                     },
-                    {{1920, 1080}}, ""});
+                    {{1920, 1080}},
+                    ""});
     return defs;
 }
 
@@ -300,8 +314,8 @@ public:
         : scene_(scene), fd_(MoloFinDetect_Initialize(nullptr, width, height, nullptr)) {
         for (const Nv21Frame& f : scene.frames) frames_.push_back(std::make_unique<CameraFrame>(f));
         for (const Step& s : scene.setup) call(s.frame);
-        timed_per_cycle_ = static_cast<int>(std::count_if(scene.cycle.begin(), scene.cycle.end(),
-                                                          [](const Step& s) { return s.timed; }));
+        timed_per_cycle_ = static_cast<int>(
+            std::count_if(scene.cycle.begin(), scene.cycle.end(), [](const Step& s) { return s.timed; }));
     }
     ~Runner() { MoloFinDetect_Finalize(fd_, nullptr, 0); }
     Runner(const Runner&) = delete;
@@ -365,19 +379,23 @@ std::string check(Runner& run, const Scene& scene, bool print) {
         d.corner_line_dist = -1.0f;  // left alone unless the corner-and-line check runs
         const int result = run.call(frame);
         const bool crossing = d.corner_line_dist != -1.0f && d.corner_line_dist != 100.0f;
-        const int too_many = static_cast<int>(std::count_if(messages.begin(), messages.end(), [](const std::string& m) {
-            return m.find("too many skin tone area") != std::string::npos;
-        }));
+        const int too_many =
+            static_cast<int>(std::count_if(messages.begin(), messages.end(), [](const std::string& m) {
+                return m.find("too many skin tone area") != std::string::npos;
+            }));
         if (print) {
-            std::printf("  frame %d: result %d, have_detect %d, entry %d, line-crossing search %s\n", frame, result,
-                        d.have_detect, d.db_index, crossing ? "ran" : "not run");
+            std::printf("  frame %d: result %d, have_detect %d, entry %d, line-crossing search %s\n", frame,
+                        result, d.have_detect, d.db_index, crossing ? "ran" : "not run");
             for (const std::string& m : messages) std::printf("    %s", m.c_str());
         }
         const Expect& e = scene.expect;
         if (e.result >= 0 && result != e.result) fault = "result " + std::to_string(result);
-        if (e.held_after >= 0 && d.have_detect != e.held_after) fault = "have_detect " + std::to_string(d.have_detect);
-        if (e.crossing >= 0 && crossing != (e.crossing == 1)) fault = crossing ? "the line-crossing search ran" : "no line-crossing search";
-        if (e.too_many >= 0 && too_many != e.too_many) fault = std::to_string(too_many) + " entries grew too many regions";
+        if (e.held_after >= 0 && d.have_detect != e.held_after)
+            fault = "have_detect " + std::to_string(d.have_detect);
+        if (e.crossing >= 0 && crossing != (e.crossing == 1))
+            fault = crossing ? "the line-crossing search ran" : "no line-crossing search";
+        if (e.too_many >= 0 && too_many != e.too_many)
+            fault = std::to_string(too_many) + " entries grew too many regions";
     }
     d.log_enabled = 0;
     molo::set_log_hook(nullptr, nullptr);
@@ -435,7 +453,8 @@ void run_case(benchmark::State& state, const CaseDef& def, int width, int height
     }
     for (auto _ : state) state.SetIterationTime(run.timed(false));
     state.counters["memcpy_us"] = memcpy_us(frame_bytes(width, height));
-    if (scene.queue_clears > 0) state.counters["clears_us"] = queue_clears_us(run.detector(), scene.queue_clears);
+    if (scene.queue_clears > 0)
+        state.counters["clears_us"] = queue_clears_us(run.detector(), scene.queue_clears);
 }
 
 // The downsampling stage alone, on the synthetic texture.
@@ -479,10 +498,11 @@ std::vector<Instance> instances(const std::vector<CaseDef>& defs) {
         for (const auto& [w, h] : def.sizes) {
             if (!def.photo.empty() && !photo_present(def.photo, w, h)) {
                 if (!told) {
-                    std::fprintf(stderr,
-                                 "molo_bench: no photo frames in %s, photo cases skipped (they are made at build "
-                                 "time from python3-skimage's photos with python3-pil)\n",
-                                 photo_dir().c_str());
+                    std::fprintf(
+                        stderr,
+                        "molo_bench: no photo frames in %s, photo cases skipped (they are made at build "
+                        "time from python3-skimage's photos with python3-pil)\n",
+                        photo_dir().c_str());
                     told = true;
                 }
                 continue;
@@ -539,7 +559,8 @@ int count_instructions(const std::vector<Instance>& all, std::string name, int p
 int main(int argc, char** argv) {
     static const std::vector<CaseDef> defs = case_defs();
     static const std::vector<Instance> all = instances(defs);
-    if (argc >= 2 && std::strcmp(argv[1], "--describe") == 0) return describe(all, argc >= 3 ? argv[2] : nullptr);
+    if (argc >= 2 && std::strcmp(argv[1], "--describe") == 0)
+        return describe(all, argc >= 3 ? argv[2] : nullptr);
     if (argc >= 3 && std::strcmp(argv[1], "--instructions") == 0) {
         return count_instructions(all, argv[2], argc >= 4 ? std::max(1, std::atoi(argv[3])) : 2);
     }
@@ -550,8 +571,8 @@ int main(int argc, char** argv) {
             ->Unit(benchmark::kMicrosecond);
     }
     for (const Instance& in : all) {
-        benchmark::RegisterBenchmark(in.name.c_str(),
-                                     [&in](benchmark::State& s) { run_case(s, *in.def, in.width, in.height); })
+        benchmark::RegisterBenchmark(
+            in.name.c_str(), [&in](benchmark::State& s) { run_case(s, *in.def, in.width, in.height); })
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
     }
