@@ -58,11 +58,11 @@ def main():
             vu[:, 0::2] = quarter(v)
             vu[:, 1::2] = quarter(u)
             name = os.path.splitext(photo)[0]
-            target = os.path.join(out, f"{name}_{width}x{height}.nv21")
-            with open(target + ".part", "wb") as f:
+            frame_path = os.path.join(out, f"{name}_{width}x{height}.nv21")
+            with open(frame_path + ".part", "wb") as f:
                 for plane in (y, vu):
                     f.write(np.clip(np.rint(plane), 0, 255).astype(np.uint8).tobytes())
-            os.replace(target + ".part", target)
+            os.replace(frame_path + ".part", frame_path)
 
 
 if __name__ == "__main__":

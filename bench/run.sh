@@ -5,6 +5,9 @@
 #   bench/run.sh [BUILD_DIR] [RUNS]           defaults: build/ and 7
 #   MOLO_BENCH_THREADS="1 2" bench/run.sh     thread counts to run (default "1 2")
 #   MOLO_BENCH_FILTER=1920 bench/run.sh       only the cases matching a regex
+#   MOLO_BENCH_CLOCK=cpu MOLO_BENCH_THREADS=1 bench/run.sh
+#                                             the process's CPU time instead of wall time
+#   MOLO_BENCH_MIN_TIME=0.5 bench/run.sh      seconds each process times its case (default 0.2)
 # Every case runs RUNS times, each time in a fresh process, and the table
 # gives the median over those runs: where a process's buffers land in
 # physical memory decides how well they share the caches, and that differs
@@ -37,7 +40,7 @@ for t in $threads_list; do
   for case in $cases; do
     for ((i = 0; i < runs; i++)); do
       MOLO_THREADS=$t "$bin" --benchmark_filter="^${case}\$" --benchmark_format=csv \
-        --benchmark_min_time=0.2 2>"$scratch/err" |
+        --benchmark_min_time="${MOLO_BENCH_MIN_TIME:-0.2}" 2>"$scratch/err" |
         awk -F, '
           /^name,/ { for (i = 1; i <= NF; ++i) { h = $i; gsub(/"/, "", h); col[h] = i }; next }
           col["name"] && NF > 4 {
