@@ -1,15 +1,19 @@
-// Preview frames for the benchmarks: a finger-free scene with natural
-// texture, the same scene with a finger held at the left edge, and a frame
-// whose left seed strip is dotted with skin-toned specks, each of which grows
-// a region of its own.
+// Preview frames for the benchmarks, painted in working-grid cells (8 x 8
+// frame pixels each) over photo or synthetic backgrounds: textured scenes
+// without a finger, fingers and finger-like objects at the frame's edge,
+// large skin-coloured areas, and the speck frames that grow the most regions
+// the detector allows.
 #ifndef MOLO_BENCH_BENCH_SCENES_H
 #define MOLO_BENCH_BENCH_SCENES_H
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "common/synthetic_frame.h"
@@ -21,7 +25,9 @@ namespace bench {
 class ValueNoise {
 public:
     ValueNoise(int width, int height, int cell, uint32_t seed)
-        : cell_(cell), columns_(width / cell + 2), knots_(static_cast<size_t>(columns_) * (height / cell + 2)) {
+        : cell_(cell),
+          columns_(width / cell + 2),
+          knots_(static_cast<size_t>(columns_) * (height / cell + 2)) {
         for (float& k : knots_) {
             seed = seed * 1664525u + 1013904223u;
             k = static_cast<float>(seed >> 8) / 16777216.0f;
@@ -75,7 +81,8 @@ inline Nv21Frame natural_scene(int width, int height) {
             float u = 133.0f + 24.0f * hue.at(width - 1 - px, py);
             // A warm patch in the middle (a face, a wooden table, a hand far
             // off) and warm flecks along the left edge.
-            const bool centre = std::abs(px - width / 2) < width / 6 && std::abs(py - height / 2) < height / 5;
+            const bool centre =
+                std::abs(px - width / 2) < width / 6 && std::abs(py - height / 2) < height / 5;
             const bool fleck = px < width / 12 && warm.at(px, py) > 0.8f;
             if (centre && warm.at(px, py) > 0.35f) {
                 v = 158.0f + 6.0f * warm.at(py, px);
@@ -92,40 +99,96 @@ inline Nv21Frame natural_scene(int width, int height) {
     return f;
 }
 
-// The natural scene with a finger-toned half disc of `radius` working cells
-// entering from the left edge, lit evenly so its luma is flat.
-inline Nv21Frame finger_scene(int width, int height, int radius) {
-    Nv21Frame f = natural_scene(width, height);
-    const int rows = height / 8;
-    for (int r = 0; r < rows; ++r) {
-        for (int c = 0; c <= radius; ++c) {
-            const int dr = r - rows / 2;
-            if (dr * dr + c * c <= (radius + 1) * (radius + 1)) f.set_cell_luma(r, c, 150);
-        }
+// A plain wall with sensor grain, of one chroma (first, second). Grey
+// (128, 128) lies within the radius of the two pale colour entries, which
+// take the whole frame for skin and turn it away as too much of it; a cool
+// tone such as (118, 140) matches no entry, and no region is grown.
+inline Nv21Frame plain_scene(int width, int height, uint8_t first = 128, uint8_t second = 128) {
+    Nv21Frame f(width, height, 0, first, second);
+    uint32_t grain = 7;
+    for (uint8_t& y : f.y) {
+        grain = grain * 1103515245u + 12345u;
+        y = static_cast<uint8_t>(110 + ((grain >> 16) & 15));
     }
-    f.paint_half_disc(0, radius);
     return f;
 }
 
-// Skin-toned specks in the left seed strip (working columns 0 to 9), as a
-// finely patterned skin-coloured object against the edge would give. The
-// luma repeats 0, 50, 100, 50 along the diagonals, which makes the 3 x 3
-// gradient zero exactly on the cells whose row and column add up to an even
-// number and large on the others: the flat cells form a checkerboard, and
-// every flat cell of skin colour is a region of its own. Skin colour is
-// painted on 28 pair rows of the strip and on three pairs more, which gives
-// exactly 253 regions for the three warm tones of the colour table.
-inline Nv21Frame speck_scene(int width, int height) {
-    Nv21Frame f(width, height, 0, 100, 160);
+// A photo frame made by bench/photo_frames.py: NAME_WxH.nv21 in `dir`, luma
+// then interleaved chroma, V before U. False when the file is missing or short.
+inline bool load_photo(const std::string& dir, const std::string& name, int width, int height,
+                       Nv21Frame& out) {
+    const std::string path =
+        dir + "/" + name + "_" + std::to_string(width) + "x" + std::to_string(height) + ".nv21";
+    Nv21Frame f(width, height, 0, 0, 0);
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) return false;
+    const bool whole = std::fread(f.y.data(), 1, f.y.size(), file) == f.y.size() &&
+                       std::fread(f.vu.data(), 1, f.vu.size(), file) == f.vu.size();
+    std::fclose(file);
+    if (whole) out = std::move(f);
+    return whole;
+}
+
+// Paints the working cells for which inside(row, col) holds with an evenly
+// lit luma and one chroma pair; a pair takes the colour when the centre of
+// its 2 x 2 block is inside.
+template <typename Inside>
+void paint_shape(Nv21Frame& f, Inside inside, uint8_t luma, uint8_t first, uint8_t second) {
+    const int rows = f.height / 8;
+    const int cols = f.width / 8;
+    for (int r = 0; r < rows; ++r) {
+        for (int c = 0; c < cols; ++c) {
+            if (inside(static_cast<float>(r), static_cast<float>(c))) f.set_cell_luma(r, c, luma);
+        }
+    }
+    for (int br = 0; br < rows / 2; ++br) {
+        for (int bc = 0; bc < cols / 2; ++bc) {
+            if (inside(2.0f * br + 0.5f, 2.0f * bc + 0.5f)) f.set_pair(br, bc, first, second);
+        }
+    }
+}
+
+// A finger: a band of half-width `half` working cells whose axis leaves the
+// point (row0, col0) at `degrees` from the row direction and runs `length`
+// cells, ending in a round tip.
+struct Capsule {
+    float row0, col0, degrees, length, half;
+    bool operator()(float r, float c) const {
+        const float a = degrees * 3.14159265f / 180.0f;
+        const float dr = r - row0;
+        const float dc = c - col0;
+        const float along = dc * std::cos(a) + dr * std::sin(a);
+        const float across = -dc * std::sin(a) + dr * std::cos(a);
+        if (along <= length) return along >= -2.0f * half && std::abs(across) <= half;
+        const float tip = along - length;
+        return tip * tip + across * across <= half * half;
+    }
+};
+
+// Skin tones of the colour table's entries, as (first, second) chroma bytes:
+// kWarm lies within the radius of the three warm entries, kPale within that of
+// the two pale ones, and neither within any other entry.
+struct Tone {
+    uint8_t first, second;
+};
+constexpr Tone kWarm{156, 109};
+constexpr Tone kPale{133, 129};
+constexpr Tone kFinger{147, 117};
+
+// Specks in the left seed strip (working columns 0 to 9). The luma repeats
+// 0, 50, 100, 50 along the diagonals, which makes the 3 x 3 gradient zero
+// exactly on the cells whose row and column add up to an even number and
+// large on the others: the flat cells form a checkerboard, and every flat
+// cell of a skin tone is a region of its own, two per chroma pair. Pair rows
+// [first_pair_row, end_pair_row) of the strip take `tone`.
+inline void paint_specks(Nv21Frame& f, int first_pair_row, int end_pair_row, Tone tone) {
     static const uint8_t kDiagonal[4] = {0, 50, 100, 50};
-    for (int r = 0; r < height / 8; ++r) {
-        for (int c = 0; c < width / 8; ++c) f.set_cell_luma(r, c, kDiagonal[(r + c) % 4]);
+    for (int r = 0; r < f.height / 8; ++r) {
+        for (int c = 0; c < f.width / 8; ++c) f.set_cell_luma(r, c, kDiagonal[(r + c) % 4]);
     }
-    for (int pair_row = 0; pair_row < 28; ++pair_row) {
-        for (int pair = 0; pair < 5; ++pair) f.set_pair(pair_row, pair, 156, 109);
+    for (int pr = first_pair_row; pr < end_pair_row; ++pr) {
+        for (int pair = 0; pair < 5; ++pair) f.set_pair(pr, pair, tone.first, tone.second);
     }
-    for (int pair = 0; pair < 3; ++pair) f.set_pair(28, pair, 156, 109);
-    return f;
 }
 
 // A block of bytes starting on a page boundary, as the camera's preview
