@@ -2,7 +2,7 @@
 # Builds the WebAssembly module and the page with emcmake (in build-web/, the
 # page in build-web/www/) and checks them against the native tool:
 #   1. under Node, the module and the tool built for WebAssembly give the
-#      native molo-fingerdetect's results, log lines and working planes over
+#      native molo-fingerdetect's results, log lines and --dump planes over
 #      clips of several sizes, orientations and chroma orders;
 #   2. in headless Chromium with a fake camera playing a clip, the page
 #      reports the finger where it is, nothing on a clip without one, and the
@@ -21,7 +21,7 @@ started=$SECONDS
 
 source "$root/tools/install_packages.sh"
 if ! install_missing_packages cmake make g++ emscripten chromium chromium-driver python3-selenium \
-     python3-numpy python3-tifffile; then
+     python3-numpy; then
   echo "run_web_tests: SKIPPED: emscripten, chromium, chromium-driver or python3-selenium could not be installed" >&2
   exit 0
 fi

@@ -134,16 +134,6 @@
       return this.fingerMaskView;
     }
 
-    // A working plane by name: luma, chroma, skin, finger, outline.
-    plane(name) {
-      const get = {
-        luma: '_molo_web_working_luma', chroma: '_molo_web_working_chroma', skin: '_molo_web_skin_mask',
-        finger: '_molo_web_finger_mask', outline: '_molo_web_outline',
-      }[name];
-      const rows = name === 'chroma' ? this.workingHeight >> 1 : this.workingHeight;
-      return new Uint8Array(this.m.HEAPU8.buffer, this.m[get](this.handle), this.workingWidth * rows);
-    }
-
     release() {
       if (this.handle) this.m._molo_web_release(this.handle);
       this.handle = 0;

@@ -83,17 +83,9 @@ MOLO_WEB_API int molo_web_col(const MoloWeb* web) { return web->col; }
 
 MOLO_WEB_API int molo_web_working_width(const MoloWeb* web) { return web->detector->down_width; }
 MOLO_WEB_API int molo_web_working_height(const MoloWeb* web) { return web->detector->down_height; }
-MOLO_WEB_API const uint8_t* molo_web_working_luma(const MoloWeb* web) { return web->detector->down_y; }
-MOLO_WEB_API const uint8_t* molo_web_working_chroma(const MoloWeb* web) {
-    return web->detector->down_vu;
-}
-MOLO_WEB_API const uint8_t* molo_web_skin_mask(const MoloWeb* web) {
-    return web->detector->skin_mask;
-}
 MOLO_WEB_API const uint8_t* molo_web_finger_mask(const MoloWeb* web) {
     return web->detector->finger_mask;
 }
-MOLO_WEB_API const uint8_t* molo_web_outline(const MoloWeb* web) { return web->detector->edge_map; }
 
 MOLO_WEB_API void molo_web_release(MoloWeb* web) {
     if (web == nullptr) return;

@@ -41,16 +41,12 @@ int molo_web_state(const MoloWeb* web);
 int molo_web_row(const MoloWeb* web);
 int molo_web_col(const MoloWeb* web);
 
-/* The detector's working planes, an eighth of the frame each way: size,
- * luma, interleaved chroma (half the rows), skin mask, candidate region
- * (non-zero on its cells), outline. */
+/* The candidate region of held and reported frames, non-zero on its cells:
+ * the detector's working grid, one cell per 8 x 8 frame pixels, of the size
+ * below. */
 int molo_web_working_width(const MoloWeb* web);
 int molo_web_working_height(const MoloWeb* web);
-const uint8_t* molo_web_working_luma(const MoloWeb* web);
-const uint8_t* molo_web_working_chroma(const MoloWeb* web);
-const uint8_t* molo_web_skin_mask(const MoloWeb* web);
 const uint8_t* molo_web_finger_mask(const MoloWeb* web);
-const uint8_t* molo_web_outline(const MoloWeb* web);
 
 void molo_web_release(MoloWeb* web);
 

@@ -134,6 +134,7 @@
   }
 
   // ---- camera ----
+  let playing = 0;  // counts clips started; a playing clip stops when anything else starts
   let yuv = new Uint8Array(0);
   let scratch = null;
 
@@ -189,6 +190,7 @@
   }
 
   $('camera').addEventListener('click', async () => {
+    ++playing;
     if (!navigator.mediaDevices || !navigator.mediaDevices.getUserMedia) {
       fail('No camera access here: browsers give it to pages served over HTTPS (or from localhost).');
       return;
@@ -241,6 +243,8 @@
     const file = event.target.files[0];
     if (!file) return;
     stopCamera();
+    const run = ++playing;
+    page.done = false;
     let clip;
     try {
       clip = MoloY4m.parse(new Uint8Array(await file.arrayBuffer()));
@@ -260,7 +264,7 @@
     const cw = (w + 1) >> 1;
     let n = 0;
     const step = () => {
-      if (page.mode !== 'file') return;
+      if (page.mode !== 'file' || run !== playing) return;
       if (n === clip.frames.length) {
         page.done = true;
         $('source').textContent = page.source + ', played';

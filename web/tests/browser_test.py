@@ -80,19 +80,31 @@ class Page:
         self.driver.quit()
 
 
-def replay_camera(tool, clip, record, work, name):
-    """Maps the page's frames to the clip's and replays them through the tool."""
-    _, frames = read_y4m(clip)
-    index = {hashlib.sha256(nv21(f)).hexdigest(): i for i, f in enumerate(frames)}
+def camera_run(page, tool, clip, frames, work, name):
+    """Starts the camera, waits for frames analysed frames (a screenshot at the
+    first report), and checks them against the tool on the same frames."""
+    page.driver.find_element(By.ID, "camera").click()
+    page.wait(f"window.moloPage.record.length >= {frames} || "
+              "window.moloPage.record.some((e) => e.state === 'reported')", 90)
+    page.driver.save_screenshot(os.path.join(work, name + ".png"))
+    page.wait(f"window.moloPage.record.length >= {frames}", 90)
+    page.check()
+    record = page.record()
+    _, pictures = read_y4m(clip)
+    index = {hashlib.sha256(nv21(f)).hexdigest(): i for i, f in enumerate(pictures)}
     unknown = [e["frame"] for e in record if e["sha256"] not in index]
     if unknown:
         sys.exit(f"{name}: {len(unknown)} analysed frames are none of the clip's (first: {unknown[:5]})")
     sequence = [index[e["sha256"]] for e in record]
     replay = os.path.join(work, name + "_replay.y4m")
-    write_y4m(replay, [frames[i] for i in sequence])
+    write_y4m(replay, [pictures[i] for i in sequence])
     if answers(record) != native_results(tool, replay, 0):
         sys.exit(f"{name}: the page's answers differ from the tool's on the same frames")
-    return sequence
+    reports = [e for e in record if e["result"] == 1]
+    print(f"{name}: {len(record)} frames ({page.js('window.moloPage.source')}), "
+          f"{len(set(sequence))} of the clip's {len(pictures)}, {len(reports)} reports; "
+          "the tool agrees on the same sequence")
+    return reports
 
 
 def main(tool, web_build, work):
@@ -113,26 +125,16 @@ def main(tool, web_build, work):
         with tempfile.TemporaryDirectory() as profile:
             page = Page(url, clips["demo"], profile)
             try:
-                # Camera: a bit more than one pass of the 40-frame demo.
-                page.driver.find_element(By.ID, "camera").click()
-                page.wait("window.moloPage.record.some((e) => e.state === 'reported')", 60)
-                page.driver.save_screenshot(os.path.join(work, "camera_demo.png"))
-                page.wait("window.moloPage.record.length >= 60", 60)
-                page.check()
-                source = page.js("window.moloPage.source")
-                record = page.record()
-                sequence = replay_camera(tool, clips["demo"], record, work, "demo_camera")
-                reports = [e for e in record if e["result"] == 1]
+                # A bit more than one pass of the 40-frame demo.
+                reports = camera_run(page, tool, clips["demo"], 60, work, "camera_demo")
                 far = [e for e in reports
                        if (e["row"] - DEMO_CENTRE_ROW) ** 2 + e["col"] ** 2 > DEMO_RADIUS ** 2]
                 if not reports or far:
-                    sys.exit(f"demo camera: {len(reports)} reports, {len(far)} away from the finger")
-                print(f"camera, demo: {len(record)} frames ({source}), {len(set(sequence))} of the clip's "
-                      f"40, {len(reports)} reports on the finger; the tool agrees on the same sequence")
-
+                    sys.exit(f"camera, demo: {len(reports)} reports, {len(far)} away from the finger")
                 # File mode, once per side the finger enters from.
                 for name, side in (("demo", "0"), ("mirrored", "1")):
                     Select(page.driver.find_element(By.ID, "side")).select_by_value(side)
+                    page.js("window.moloPage.done = false")  # still set by the clip before
                     page.driver.find_element(By.ID, "file").send_keys(clips[name])
                     page.wait("window.moloPage.done", 60)
                     page.check()
@@ -141,20 +143,13 @@ def main(tool, web_build, work):
                         sys.exit(f"file mode, {name}: the page's answers differ from the tool's")
                     print(f"file mode, {name}: {len(record)} frames, "
                           f"{sum(e['result'] == 1 for e in record)} reports, same as the tool")
-                page.driver.save_screenshot(os.path.join(work, "file_mirrored.png"))
             finally:
                 page.close()
         with tempfile.TemporaryDirectory() as profile:
             page = Page(url, clips["empty"], profile)
             try:
-                page.driver.find_element(By.ID, "camera").click()
-                page.wait("window.moloPage.record.length >= 30", 60)
-                page.check()
-                record = page.record()
-                replay_camera(tool, clips["empty"], record, work, "empty_camera")
-                if any(e["result"] != 0 for e in record):
+                if camera_run(page, tool, clips["empty"], 30, work, "camera_no_finger"):
                     sys.exit("camera, no finger: the page reported one")
-                print(f"camera, no finger: {len(record)} frames, no report; the tool agrees")
             finally:
                 page.close()
     finally:

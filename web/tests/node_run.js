@@ -2,34 +2,25 @@
 // the command-line tool prints with --json and --log, so that the two can be
 // compared line for line:
 //   node node_run.js WWW_DIR CLIP [--orientation N] [--size WxH [--nv12]] [--log]
-//                    [--planes OUT.txt]
 // CLIP is a Y4M file, or raw NV21 frames (NV12 with --nv12) with --size.
-// --planes writes per frame the SHA-256 of the working luma and of the skin,
-// finger and outline masks (non-zero as 255), as the tool's --dump saves them.
 'use strict';
 const fs = require('fs');
 const path = require('path');
-const crypto = require('crypto');
 
 const [www, clip, ...rest] = process.argv.slice(2);
-const opt = { orientation: 0, size: null, nv12: false, log: false, planes: null };
+const opt = { orientation: 0, size: null, nv12: false, log: false };
 for (let i = 0; i < rest.length; ++i) {
   const a = rest[i];
   if (a === '--orientation') opt.orientation = Number(rest[++i]);
   else if (a === '--size') opt.size = rest[++i].split('x').map(Number);
   else if (a === '--nv12') opt.nv12 = true;
   else if (a === '--log') opt.log = true;
-  else if (a === '--planes') opt.planes = rest[++i];
   else throw new Error('unknown argument ' + a);
 }
 
 const { MoloDetector } = require(path.resolve(www, 'detector.js'));
 const MoloY4m = require(path.resolve(www, 'y4m.js'));
 const createMoloWeb = require(path.resolve(www, 'molo_web.js'));
-
-function sha(bytes) {
-  return crypto.createHash('sha256').update(bytes).digest('hex');
-}
 
 (async () => {
   // Node has fetch, which the module would use on a bare path: hand it the
@@ -50,7 +41,6 @@ function sha(bytes) {
     ({ width, height, frames } = y4m);
   }
   const detector = new MoloDetector(module, width, height, opt.log);
-  const planeLines = [];
   const out = [];
   frames.forEach((f, n) => {
     if (opt.size) {
@@ -65,15 +55,9 @@ function sha(bytes) {
     out.push(a.result === 1
       ? `{"frame":${n},"result":1,"row":${a.row},"col":${a.col}}`
       : `{"frame":${n},"result":${a.result},"row":null,"col":null}`);
-    if (opt.planes) {
-      const mask = (p) => Uint8Array.from(detector.plane(p), (x) => (x ? 255 : 0));
-      planeLines.push([n, sha(detector.plane('luma')), sha(mask('skin')), sha(mask('finger')),
-        sha(mask('outline'))].join(' '));
-    }
   });
   detector.release();
   process.stdout.write(out.map((l) => l + '\n').join(''));
-  if (opt.planes) fs.writeFileSync(opt.planes, planeLines.map((l) => l + '\n').join(''));
 })().catch((e) => {
   process.stderr.write('node_run: ' + e.message + '\n');
   process.exit(1);
