@@ -37,12 +37,15 @@ tool="$native/tools/fingerdetect/molo-fingerdetect"
 
 emcmake cmake -S "$root" -B "$web" -DCMAKE_BUILD_TYPE=Release ${werror[@]+"${werror[@]}"} >/dev/null
 cmake --build "$web" -j"$jobs"
+built=$SECONDS
 
 rm -rf "$work"
 mkdir -p "$work"
 echo "== WebAssembly under Node against the native tool"
 "$python" "$root/web/tests/wasm_exactness.py" "$tool" "$web" "$work/node"
+checked=$SECONDS
 echo "== the page in headless Chromium"
 mkdir -p "$work/browser"
 timeout 900 "$python" "$root/web/tests/browser_test.py" "$tool" "$web" "$work/browser"
-echo "run_web_tests: passed in $((SECONDS - started)) s; screenshots in $work/browser"
+echo "run_web_tests: passed in $((SECONDS - started)) s (builds $((built - started)) s," \
+     "Node $((checked - built)) s, browser $((SECONDS - checked)) s); screenshots in $work/browser"

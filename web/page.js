@@ -183,10 +183,15 @@
     $('source').textContent = page.source;
   }
 
+  // Every frame the video shows, or every screen refresh where the browser
+  // cannot tell when a new frame is shown.
+  const nextFrame = (callback) => (video.requestVideoFrameCallback
+    ? video.requestVideoFrameCallback(callback) : requestAnimationFrame(callback));
+
   function onVideoFrame() {
     if (page.mode !== 'camera') return;
     cameraFrame().catch((e) => fail('Frame failed: ' + e))
-      .finally(() => { if (page.mode === 'camera') video.requestVideoFrameCallback(onVideoFrame); });
+      .finally(() => { if (page.mode === 'camera') nextFrame(onVideoFrame); });
   }
 
   $('camera').addEventListener('click', async () => {
@@ -203,7 +208,7 @@
       page.mode = 'camera';
       frames = 0;
       if (detector) { detector.release(); detector = null; }
-      video.requestVideoFrameCallback(onVideoFrame);
+      nextFrame(onVideoFrame);
     } catch (e) {
       fail('The camera could not be opened: ' + e.message);
     }
