@@ -2,6 +2,7 @@
 # Installs what the build needs (Debian/Ubuntu packages, when run as root or
 # through sudo), configures, builds and runs every test.
 #   tools/run_tests.sh              plain build in build/ (the system compiler)
+#                                   and then tools/run_web_tests.sh (WebAssembly, the page in Chromium)
 #   tools/run_tests.sh --sanitize   AddressSanitizer + UBSan build in build-sanitize/
 #   tools/run_tests.sh --clang      clang build in build-clang/
 #   tools/run_tests.sh --armhf      32-bit ARM (ARMv7-A, NEON, hard float) cross build
@@ -55,3 +56,8 @@ jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$root" -B "$build" "${cmake_args[@]}"
 cmake --build "$build" -j"$jobs"
 ctest --test-dir "$build" --output-on-failure -j"$jobs" ${ctest_args[@]+"${ctest_args[@]}"}
+
+# The WebAssembly build and the page in a real browser, once, after the plain build.
+if [ -z "${1:-}" ]; then
+  bash "$root/tools/run_web_tests.sh" "$build"
+fi
