@@ -27,6 +27,7 @@ int Molo_FingerDetect::HarrisCorner() {
     std::memset(grad_xx, 0, cells * sizeof(int));
     std::memset(grad_yy, 0, cells * sizeof(int));
     std::memset(grad_xy, 0, cells * sizeof(int));
+    std::memset(corner_response, 0, cells * sizeof(int));
 
     // Differentiated area: the box grown by the smoothing half-size, kept at
     // least 4 inside the grid so the 7 x 7 operator stays within the plane.
@@ -53,13 +54,20 @@ int Molo_FingerDetect::HarrisCorner() {
     if (r0 < scan_row_end) molo::parallel_rows(scan_row_end - r0, differentiate);
 
     // The second pass reads product rows up to 3 away, so it starts only once
-    // the first has returned.
-    std::memset(corner_response, 0, cells * sizeof(int));
+    // the first has returned. Products are 0 outside the differentiated
+    // area, so a window that does not reach into it sums to 0 and its
+    // response, ((0 * 0 - 0 * 0) * 25 - 0) * 4, is the 0 already in place:
+    // only pixels within 3 of the area are evaluated.
+    const int resp_r0 = std::max(r0 - kHalf, kHalf);
+    const int resp_r1 = std::min(scan_row_end + kHalf, h - kHalf);
+    const int resp_c0 = std::max(c0 - kHalf, kHalf);
+    const int resp_c1 = std::min(scan_col_end + kHalf, w - kHalf);
+    const bool any_products = r0 < scan_row_end && c0 < scan_col_end;
     const int sum = blur_kernel_sum;
     auto respond = [&](int k) {
-        const int row = kHalf + k;
+        const int row = resp_r0 + k;
         const size_t base = static_cast<size_t>(row) * w;
-        for (int c = kHalf; c < w - kHalf; ++c) {
+        for (int c = resp_c0; c < resp_c1; ++c) {
             if (edge_map[base + c] != 1) continue;
             // Weighted window sums in 32 bits, wrapping like the rest of the
             // measure (they fit for a 0/1 mask, not for arbitrary bytes).
@@ -82,16 +90,18 @@ int Molo_FingerDetect::HarrisCorner() {
             corner_response[base + c] = molo::harris_response(a, b, cross);
         }
     };
-    if (kHalf < h - kHalf) molo::parallel_rows(h - 2 * kHalf, respond);
+    if (any_products && resp_r0 < resp_r1) molo::parallel_rows(resp_r1 - resp_r0, respond);
 
     // Strongest response, first in row-major order on ties; nothing positive
-    // leaves the position at (0, 0).
+    // leaves the position at (0, 0). Responses outside the evaluated pixels
+    // are 0 and never replace the maximum, which starts at 0.
     corner_row = 0;
     corner_col = 0;
     int best = 0;
-    for (int row = kHalf; row < h - kHalf; ++row) {
+    const int best_r1 = any_products ? resp_r1 : resp_r0;
+    for (int row = resp_r0; row < best_r1; ++row) {
         const int* line = corner_response + static_cast<size_t>(row) * w;
-        for (int c = kHalf; c < w - kHalf; ++c) {
+        for (int c = resp_c0; c < resp_c1; ++c) {
             if (line[c] > best) {
                 best = line[c];
                 corner_row = row;
