@@ -17,6 +17,8 @@ namespace {
 
 // Half-size of the smoothing window, which matches the 7 x 7 blur kernel.
 constexpr int kHalf = 3;
+// Columns differentiated from one set of column sums.
+constexpr int kColumnBlock = 128;
 
 }  // namespace
 
@@ -37,18 +39,59 @@ int Molo_FingerDetect::HarrisCorner() {
     scan_row_end = std::min(box_bottom + kHalf, h - 4);
     scan_col_end = std::min(box_right + kHalf, w - 4);
 
+    // The 7 x 7 derivative of each pixel, as Derivative gives it, from
+    // per-column sums. With mask rows m0..m6 of a window and t = 0 1 2 3 2 1 0,
+    // the horizontal kernel is (3 - j) + t[r] sign(3 - j) and the vertical one
+    // its transpose, so for window columns x_0..x_6
+    //   horizontal = sum_j (3 - j) S(x_j) + sum_j sign(3 - j) T(x_j)
+    //   vertical   = sum_j U(x_j) + sum_j t[j] V(x_j)
+    // with the column sums S = sum_r m_r, T = sum_r t[r] m_r,
+    // U = sum_r (3 - r) m_r and V = sum_r sign(3 - r) m_r. The arithmetic is
+    // in integers, so the regrouping gives Derivative's values exactly; each
+    // column's sums serve the seven pixels whose windows hold it.
+    //
     // A derivative is at most 69 times the largest mask byte in magnitude, so
     // the products fit in int for any mask; the cross product is stored doubled.
     auto differentiate = [&](int k) {
         const int row = r0 + k;
         const size_t base = static_cast<size_t>(row) * w;
-        for (int c = c0; c < scan_col_end; ++c) {
-            int v = 0;
-            int hz = 0;
-            Derivative(finger_mask, row, c, w, &v, &hz);
-            grad_yy[base + c] = v * v;
-            grad_xx[base + c] = hz * hz;
-            grad_xy[base + c] = 2 * v * hz;
+        const unsigned char* const top = finger_mask + static_cast<size_t>(row - kHalf) * w;
+        const size_t pitch = static_cast<size_t>(w);
+        int sum_s[kColumnBlock + 2 * kHalf];
+        int sum_t[kColumnBlock + 2 * kHalf];
+        int sum_u[kColumnBlock + 2 * kHalf];
+        int sum_v[kColumnBlock + 2 * kHalf];
+        for (int first = c0; first < scan_col_end; first += kColumnBlock) {
+            const int last = std::min(first + kColumnBlock, scan_col_end);
+            const int columns = last - first + 2 * kHalf;
+            const unsigned char* const x = top + (first - kHalf);
+            for (int j = 0; j < columns; ++j) {
+                const int m0 = x[j];
+                const int m1 = x[j + pitch];
+                const int m2 = x[j + 2 * pitch];
+                const int m3 = x[j + 3 * pitch];
+                const int m4 = x[j + 4 * pitch];
+                const int m5 = x[j + 5 * pitch];
+                const int m6 = x[j + 6 * pitch];
+                sum_s[j] = m0 + m1 + m2 + m3 + m4 + m5 + m6;
+                sum_t[j] = m1 + 2 * m2 + 3 * m3 + 2 * m4 + m5;
+                sum_u[j] = 3 * (m0 - m6) + 2 * (m1 - m5) + (m2 - m4);
+                sum_v[j] = (m0 + m1 + m2) - (m4 + m5 + m6);
+            }
+            for (int c = first; c < last; ++c) {
+                const int j = c - first;
+                const int* s = sum_s + j;
+                const int* t = sum_t + j;
+                const int* u = sum_u + j;
+                const int* v = sum_v + j;
+                const int hz = 3 * (s[0] - s[6]) + 2 * (s[1] - s[5]) + (s[2] - s[4]) +
+                               (t[0] + t[1] + t[2]) - (t[4] + t[5] + t[6]);
+                const int vt = (u[0] + u[1] + u[2] + u[3] + u[4] + u[5] + u[6]) + v[1] +
+                               2 * v[2] + 3 * v[3] + 2 * v[4] + v[5];
+                grad_yy[base + c] = vt * vt;
+                grad_xx[base + c] = hz * hz;
+                grad_xy[base + c] = 2 * vt * hz;
+            }
         }
     };
     if (r0 < scan_row_end) molo::parallel_rows(scan_row_end - r0, differentiate);
