@@ -59,10 +59,10 @@ double Molo_FingerDetect::HoughLine() {
     // (the spare row after the last one included, which the nearest rho index
     // can reach on some grids and no scan reads): clearing those rows clears
     // it. The library is its only writer.
-    if (hough_voted_low <= hough_voted_high) {
+    if (hough_voted_rows > 0) {
         std::memset(hough_acc + static_cast<size_t>(hough_voted_low) * angles, 0,
-                    static_cast<size_t>(hough_voted_high - hough_voted_low + 1) *
-                        static_cast<size_t>(angles) * sizeof(int));
+                    static_cast<size_t>(hough_voted_rows) * static_cast<size_t>(angles) *
+                        sizeof(int));
     }
 
     // The rho rows that received votes; every other row stays 0. The rho
@@ -95,8 +95,8 @@ double Molo_FingerDetect::HoughLine() {
             }
         }
     }
-    hough_voted_low = voted_low;
-    hough_voted_high = voted_high;
+    hough_voted_low = voted_high >= voted_low ? voted_low : 0;
+    hough_voted_rows = voted_high >= voted_low ? voted_high - voted_low + 1 : 0;
 
     // One pass over the accumulator, rho outer and angle inner, finds the
     // strongest cell (the first one met on ties) and, per angle, the most
