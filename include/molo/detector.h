@@ -144,6 +144,12 @@ public:
     int hough_acc_size{};
     int db_count{};    // colour entries cycled through while searching
     int log_enabled{};
+    // The hough_voted_rows rho rows of hough_acc from hough_voted_low on hold
+    // the last vote of HoughLine and every other cell is 0; HoughLine clears
+    // only those rows before it votes again. The library is the only writer
+    // of hough_acc: a client that writes into it leaves stale counts behind.
+    int hough_voted_low{};
+    int hough_voted_rows{};
 };
 
 #endif  // MOLO_DETECTOR_H

@@ -24,8 +24,10 @@ struct RegionMeans {
     float v;  // second chroma byte
 };
 
-// Bounding box of the candidate into the box fields, and its mean luma and chroma.
-RegionMeans measure_candidate(Molo_FingerDetect& d, int area) {
+// Bounding box of the candidate into the box fields, and its mean luma and
+// chroma. The scan covers the extent the region was grown over, which meets
+// its cells in the order of a scan of the whole grid.
+RegionMeans measure_candidate(Molo_FingerDetect& d, int area, const molo::RegionBox& extent) {
     const int w = d.down_width;
     const int h = d.down_height;
     const unsigned int label = static_cast<unsigned int>(d.best_label);
@@ -36,8 +38,8 @@ RegionMeans measure_candidate(Molo_FingerDetect& d, int area) {
     float sum_y = 0.0f;
     float sum_u = 0.0f;
     float sum_v = 0.0f;
-    for (int r = 0; r < h; ++r) {
-        for (int c = 0; c < w; ++c) {
+    for (int r = extent.top; r <= extent.bottom; ++r) {
+        for (int c = extent.left; c <= extent.right; ++c) {
             const int i = r * w + c;
             if (d.label_map[i] != label) continue;
             if (r < d.box_top) d.box_top = r;
@@ -191,12 +193,12 @@ bool colour_too_common(const Molo_FingerDetect& d, const RegionMeans& m) {
 
 namespace molo {
 
-int decide(Molo_FingerDetect& d, int area, int* pos_row, int* pos_col) {
+int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row, int* pos_col) {
     const int w = d.down_width;
     const int h = d.down_height;
     const int n = w * h;
     const int kind = d.finger_db[d.db_index].kind;
-    const RegionMeans means = measure_candidate(d, area);
+    const RegionMeans means = measure_candidate(d, area, extent);
 
     if (!passes_shape(d)) return reject(d, kNotFingerShape);
 

@@ -8,6 +8,7 @@
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "features/sobel3_window.h"
+#include "regions/perimeter.h"
 #include "molo/detector.h"
 #include "support/log.h"
 
@@ -97,9 +98,12 @@ int build_skin_mask(Molo_FingerDetect& d, float radius) {
 constexpr int kScanBlock = 16;
 
 // Grows one region from every not-yet-grown skin pixel of the entry side's
-// seed zone, in row-major order. Returns one past the last label given, or 0
-// when more regions than labels were found.
-int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char seed_value) {
+// seed zone, in row-major order, and keeps each region's extent (its cells
+// are the queue's first records right after the growth) so that later scans
+// of one region visit only its rows and columns. Returns one past the last
+// label given, or 0 when more regions than labels were found.
+int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char seed_value,
+                 molo::RegionBox* extents) {
     const int w = d.down_width;
     const int h = d.down_height;
     const int n = w * h;
@@ -112,6 +116,15 @@ int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char
         int count = 0;
         d.ConnectedSet(Pixel{i / w, i % w}, 1.0, d.skin_mask, w, h, label, d.label_map, &count);
         d.region_stats[label].area = static_cast<float>(count);
+        molo::RegionBox box{d.down_height, d.down_width, -1, -1};
+        for (int k = 0; k < count; ++k) {
+            const Pixel p = d.region_queue[k];
+            box.top = p.row < box.top ? p.row : box.top;
+            box.bottom = p.row > box.bottom ? p.row : box.bottom;
+            box.left = p.col < box.left ? p.col : box.left;
+            box.right = p.col > box.right ? p.col : box.right;
+        }
+        extents[label] = box;
         ++label;
         return label <= kLastRegionLabel;
     };
@@ -130,14 +143,18 @@ int grow_regions(Molo_FingerDetect& d, const unsigned char* seeds, unsigned char
     return label;
 }
 
-float mean_color_distance(const Molo_FingerDetect& d, int label) {
-    const int n = d.down_width * d.down_height;
-    const unsigned int* const labels = d.label_map;
-    const float* const dist = d.color_dist;
+// The region's distances summed in row-major order over its extent, which
+// meets its cells in the order of a scan of the whole grid.
+float mean_color_distance(const Molo_FingerDetect& d, int label, const molo::RegionBox& box) {
+    const int w = d.down_width;
     const unsigned int mark = static_cast<unsigned int>(label);
     float sum = 0.0f;
-    for (int i = 0; i < n; ++i) {
-        if (labels[i] == mark) sum += dist[i];
+    for (int r = box.top; r <= box.bottom; ++r) {
+        const unsigned int* const labels = d.label_map + r * w;
+        const float* const dist = d.color_dist + r * w;
+        for (int c = box.left; c <= box.right; ++c) {
+            if (labels[c] == mark) sum += dist[c];
+        }
     }
     return sum / d.region_stats[label].area;
 }
@@ -147,7 +164,8 @@ float mean_color_distance(const Molo_FingerDetect& d, int label) {
 // distance (favoured by one radius when its border starts near the corner).
 // On equal distances the lower label wins. Returns the candidate's area, 0
 // when none qualified.
-int choose_candidate(Molo_FingerDetect& d, int end_label, float radius, float compactness_limit) {
+int choose_candidate(Molo_FingerDetect& d, int end_label, const molo::RegionBox* extents,
+                     float radius, float compactness_limit) {
     float best_bound = 1000.0f;
     int best_area = 0;
     for (int label = kFirstRegionLabel; label < end_label; ++label) {
@@ -155,13 +173,15 @@ int choose_candidate(Molo_FingerDetect& d, int end_label, float radius, float co
         if (stat.area < static_cast<float>(d.min_area)) continue;
         stat.border_length = d.GetBorderLength(label, &stat.border_position);
         if (stat.border_length <= kMinBorderLength) continue;
-        float m = mean_color_distance(d, label);
+        const molo::RegionBox& box = extents[label];
+        float m = mean_color_distance(d, label, box);
         if (stat.border_position < kFavouredBorderPositions) m -= radius;
         if (!(m < best_bound)) continue;
         // The perimeter count carries two fractional bits: a quarter of it is
         // the perimeter the compactness limits are set for.
-        const unsigned int count =
-            d.compute_perimeter(d.label_map, d.down_width, d.down_height, label);
+        const unsigned int count = molo::perimeter_count(
+            d.label_map, d.down_width, d.down_height, label, box.top, box.bottom + 1, box.left,
+            box.right + 1);
         const double perimeter = static_cast<double>(count) / 4.0;
         const float compactness =
             static_cast<float>(perimeter / std::sqrt(static_cast<double>(stat.area)));
@@ -257,18 +277,25 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
 
     const unsigned char* seeds = small_tone ? seed_map_band : seed_map_full;
     const unsigned char seed_value = orientation == 0 ? 1 : 2;
-    const int end_label = grow_regions(*this, seeds, seed_value);
+    molo::RegionBox extents[kLastRegionLabel + 1];
+    const int end_label = grow_regions(*this, seeds, seed_value, extents);
     if (end_label == 0) {
         return molo::reject(*this, "%d:too many skin tone area. it should not be a finger.\n");
     }
 
     const float compactness_limit = entry.kind == 3 ? 1.1f : 1.42f;
-    const int best_area = choose_candidate(*this, end_label, entry.radius, compactness_limit);
+    const int best_area =
+        choose_candidate(*this, end_label, extents, entry.radius, compactness_limit);
     if (best_area > max_area) return molo::reject(*this, "%d:area is too big.\n");
     if (best_area < min_area) {
         const int largest = log_enabled != 0 ? largest_area(*this, end_label) : 0;
         return molo::reject(*this, "%d:area is too small or big eccentricity. max_area was:%d\n",
                             largest);
     }
-    return molo::decide(*this, best_area, pos_row, pos_col);
+    // Without a candidate of this frame (possible only when the least area
+    // is 0, on the smallest grids) best_label is the previous frame's, whose
+    // cells may lie anywhere: the whole grid is its extent.
+    const molo::RegionBox extent =
+        best_area > 0 ? extents[best_label] : molo::RegionBox{0, 0, h - 1, w - 1};
+    return molo::decide(*this, best_area, extent, pos_row, pos_col);
 }

@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "features/corner_line_verdict.h"
-#include "features/hough_rho.h"
+#include "features/line_crossing.h"
 #include "molo/detector.h"
 #include "support/float_to_int.h"
 
@@ -68,23 +68,9 @@ bool Molo_FingerDetect::HarrisHough() {
     // The pixel of the whole grid closest to both lines, measured in whole
     // rho steps; the first one met wins ties.
     auto find_crossing = [this, w, h](molo::CornerLinePlacement& p) {
-        const float main_rho = static_cast<float>(peak_rho);
-        const float other_rho = static_cast<float>(second_rho);
-        float best = 100.0f;
-        for (int row = 0; row < h; ++row) {
-            for (int col = 0; col < w; ++col) {
-                const int d1 = std::abs(
-                    molo::to_int_sat(main_rho - molo::rho_position(*this, row, col, peak_angle)));
-                const int d2 = std::abs(molo::to_int_sat(
-                    other_rho - molo::rho_position(*this, row, col, second_angle)));
-                const float total = static_cast<float>(d1) + static_cast<float>(d2);
-                if (total < best) {
-                    best = total;
-                    p.cross_row = row;
-                    p.cross_col = col;
-                }
-            }
-        }
+        molo::find_line_crossing({cos_table[peak_angle], sin_table[peak_angle], peak_rho},
+                                 {cos_table[second_angle], sin_table[second_angle], second_rho},
+                                 hough_diag, h, w, &p.cross_row, &p.cross_col);
     };
 
     const bool pass = molo::corner_line_verdict(figures, placement, find_crossing);

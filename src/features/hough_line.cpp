@@ -55,28 +55,48 @@ RunFigures measure_run(const Molo_FingerDetect& d, int angle, int rho) {
 
 double Molo_FingerDetect::HoughLine() {
     const int angles = hough_angles;
-    // The nearest rho index can reach hough_rho_count (the far corner of some
-    // grids); those votes land in the spare row after the accumulator, which
-    // no scan reads. It is cleared with the rest so its counts stay bounded.
-    std::memset(
-        hough_acc, 0,
-        static_cast<size_t>(hough_rho_count + 1) * static_cast<size_t>(angles) * sizeof(int));
+    // The accumulator is all 0 but for the rho rows of the previous vote
+    // (the spare row after the last one included, which the nearest rho index
+    // can reach on some grids and no scan reads): clearing those rows clears
+    // it. The library is its only writer.
+    if (hough_voted_rows > 0) {
+        std::memset(hough_acc + static_cast<size_t>(hough_voted_low) * angles, 0,
+                    static_cast<size_t>(hough_voted_rows) * static_cast<size_t>(angles) *
+                        sizeof(int));
+    }
 
-    // The rho rows that received votes; every other row stays 0.
+    // The rho rows that received votes; every other row stays 0. The rho
+    // indices of one pixel are formed for all angles in one loop the compiler
+    // vectorizes; they lie within the accumulator, so the conversion needs no
+    // saturation.
     int voted_low = hough_rho_count;
     int voted_high = -1;
+    int index[molo::kHoughAngles];
     for (int row = box_top; row <= box_bottom; ++row) {
         const unsigned char* line = edge_map + static_cast<size_t>(row) * down_width;
         for (int col = box_left; col <= box_right; ++col) {
             if (line[col] != 1) continue;
-            for (int a = 0; a < angles; ++a) {
-                const int r = molo::to_int_sat(molo::rho_position(*this, row, col, a));
-                ++hough_acc[static_cast<size_t>(r) * angles + a];
-                if (r < voted_low) voted_low = r;
-                if (r > voted_high) voted_high = r;
+            const float fr = static_cast<float>(row);
+            const float fc = static_cast<float>(col);
+            const float centre = static_cast<float>(hough_diag);
+            int low = voted_low;
+            int high = voted_high;
+            for (int a = 0; a < molo::kHoughAngles; ++a) {
+                const float along = cos_table[a] * fr + sin_table[a] * fc;
+                const int r = static_cast<int>((along + centre) + 0.5f);
+                index[a] = r;
+                low = r < low ? r : low;
+                high = r > high ? r : high;
+            }
+            voted_low = low;
+            voted_high = high;
+            for (int a = 0; a < molo::kHoughAngles; ++a) {
+                ++hough_acc[static_cast<size_t>(index[a]) * angles + a];
             }
         }
     }
+    hough_voted_low = voted_high >= voted_low ? voted_low : 0;
+    hough_voted_rows = voted_high >= voted_low ? voted_high - voted_low + 1 : 0;
 
     // One pass over the accumulator, rho outer and angle inner, finds the
     // strongest cell (the first one met on ties) and, per angle, the most

@@ -38,10 +38,10 @@ void Molo_FingerDetect::FillInGap() {
     const int bottom = box_bottom;
     const int right = box_right;
 
-    for (size_t i = 0; i < n; ++i) label_map[i] = 0;
-    for (size_t i = 0; i < n; ++i) {
-        if (finger_mask[i] == 1) label_map[i] = 1;
-    }
+    // Label 1 on mask cells and 0 elsewhere, in one pass.
+    unsigned int* const labels = label_map;
+    const unsigned char* const mask = finger_mask;
+    for (size_t i = 0; i < n; ++i) labels[i] = mask[i] == 1 ? 1u : 0u;
 
     // Seeds are taken inside the box only, but a hole's flood (and so its
     // area) may run beyond it.

@@ -1,6 +1,8 @@
 // Perimeter count of a region: for every cell of the region, the sides it
 // shares with cells outside the region. Sides facing the frame's edge do not
 // count.
+#include "regions/perimeter.h"
+
 #include "molo/detector.h"
 
 // Each cell's position class is tested in a fixed order and the first match
@@ -17,10 +19,17 @@
 // the plane and marks the last column, `rows` marks the last row.
 unsigned int Molo_FingerDetect::compute_perimeter(unsigned int* labels, int stride, int rows,
                                                   int label) {
+    return molo::perimeter_count(labels, stride, rows, label, 0, down_height, 0, down_width);
+}
+
+namespace molo {
+
+unsigned int perimeter_count(const unsigned int* labels, int stride, int rows, int label,
+                             int row_begin, int row_end, int col_begin, int col_end) {
     const unsigned int mark = static_cast<unsigned int>(label);
     unsigned int total = 0;
-    for (int r = 0; r < down_height; ++r) {
-        for (int c = 0; c < down_width; ++c) {
+    for (int r = row_begin; r < row_end; ++r) {
+        for (int c = col_begin; c < col_end; ++c) {
             const unsigned int* cell = labels + r * stride + c;
             if (*cell != mark) continue;
             auto in = [&](int offset) -> unsigned int { return cell[offset] == mark ? 1u : 0u; };
@@ -45,3 +54,5 @@ unsigned int Molo_FingerDetect::compute_perimeter(unsigned int* labels, int stri
     }
     return total;
 }
+
+}  // namespace molo

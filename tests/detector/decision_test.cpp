@@ -55,7 +55,8 @@ struct Candidate {
         d->region_stats[kLabel].border_length = border_length;
         LogCapture log;
         int row = -1, col = -1;
-        result_ = molo::decide(*d, area_, &row, &col);
+        const molo::RegionBox grid{0, 0, d->down_height - 1, d->down_width - 1};
+        result_ = molo::decide(*d, area_, grid, &row, &col);
         const auto texts = log.texts();
         return texts.empty() ? "" : texts.front();
     }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/region_grid.h"
 
 // Each scene is an outline on a 240 x 134 grid (hough_diag 274); the box is
@@ -61,4 +63,22 @@ TEST(HoughLine, TiesKeepTheFirstCellOfEachScanOrder) {
         // second scan runs angle outer, so the smaller angle wins.
         EXPECT_EQ(row ? d->second_angle : d->peak_angle, row ? 45 : 135);
     }
+}
+
+TEST(HoughLine, EachVoteStartsFromAnEmptyAccumulator) {
+    // A detector that voted a far corner (spare row) and a long row before
+    // holds, after voting a short column, exactly the accumulator of a fresh
+    // detector voting that column alone.
+    auto far_and_row = [](int r, int c) { return (r == 133 && c == 239) || (r == 10 && c < 200); };
+    auto column = [](int r, int c) { return c == 30 && r >= 50 && r < 70; };
+    ScopedDetector used(240, 134);
+    used->edge_count = draw(used, used->edge_map, far_and_row);
+    used->HoughLine();
+    used->edge_count = draw(used, used->edge_map, column);
+    used->HoughLine();
+    ScopedDetector fresh(240, 134);
+    fresh->edge_count = draw(fresh, fresh->edge_map, column);
+    fresh->HoughLine();
+    const int cells = (fresh->hough_rho_count + 1) * 180;
+    EXPECT_TRUE(std::equal(used->hough_acc, used->hough_acc + cells, fresh->hough_acc));
 }
