@@ -197,7 +197,7 @@ Tone pick_tone(Random& rnd) {
             static_cast<uint8_t>(t.v + rnd.in(-spread, spread))};
 }
 
-struct ClipSpec {
+struct ClipPlan {
     int width;
     int height;
     int stride;
@@ -211,11 +211,11 @@ struct ClipSpec {
     uint32_t seed;
 };
 
-ClipSpec make_spec(Random& rnd, int index) {
+ClipPlan make_plan(Random& rnd, int index) {
     static const int kSizes[][2] = {{640, 480}, {1280, 720}, {1920, 1080}, {176, 144}, {320, 240},
                                     {16, 16},   {24, 40},    {650, 490},   {128, 96},  {8, 8},
                                     {17, 33},   {1000, 720}, {480, 640},   {720, 1280}};
-    ClipSpec s{};
+    ClipPlan s{};
     const int pick = rnd.in(0, 19);
     if (pick < 14) {
         s.width = kSizes[pick][0];
@@ -251,7 +251,7 @@ struct Frame {
 };
 
 // Paints working cell (r, c): luma over its 8 x 8 pixels with some noise.
-void cell_luma(Frame& f, const ClipSpec& s, Random& rnd, int r, int c, int luma, int noise) {
+void cell_luma(Frame& f, const ClipPlan& s, Random& rnd, int r, int c, int luma, int noise) {
     for (int dy = 0; dy < 8; ++dy) {
         const int y = r * 8 + dy;
         if (y >= s.height) return;
@@ -266,7 +266,7 @@ void cell_luma(Frame& f, const ClipSpec& s, Random& rnd, int r, int c, int luma,
 
 // Paints working chroma pair (pr, pc), which serves working cells rows
 // 2pr, 2pr + 1 and columns 2pc, 2pc + 1 (16 x 16 frame pixels).
-void pair_chroma(Frame& f, const ClipSpec& s, int pr, int pc, Tone t) {
+void pair_chroma(Frame& f, const ClipPlan& s, int pr, int pc, Tone t) {
     const bool in_order = s.ds_mode == 1;
     for (int dy = 0; dy < 8; ++dy) {
         const int y = pr * 8 + dy;
@@ -281,7 +281,7 @@ void pair_chroma(Frame& f, const ClipSpec& s, int pr, int pc, Tone t) {
     }
 }
 
-Frame make_frame(const ClipSpec& s, int index, Tone tone, int flat_luma) {
+Frame make_frame(const ClipPlan& s, int index, Tone tone, int flat_luma) {
     Random rnd(s.seed + static_cast<uint32_t>(index) * 7919u);
     Frame f{s.stride, std::vector<uint8_t>(static_cast<size_t>(s.stride) * s.height + 1),
             std::vector<uint8_t>(static_cast<size_t>(s.stride) * (s.height / 2) + 2)};
@@ -400,7 +400,7 @@ void direct_calls(Molo_FingerDetect& d, Random& rnd, Hash& h) {
     }
 }
 
-std::string describe(const ClipSpec& s) {
+std::string describe(const ClipPlan& s) {
     char text[160];
     std::snprintf(text, sizeof text, "%dx%d/%d ds%d o%d g%.2f t%d bg%d shape%d f%d", s.width,
                   s.height, s.stride, s.ds_mode, s.orientation, static_cast<double>(s.gain), s.cct,
@@ -417,7 +417,7 @@ int main(int argc, char** argv) {
     molo::set_log_hook(&record, nullptr);
     Random rnd(seed);
     for (int k = 0; k < clips; ++k) {
-        const ClipSpec s = make_spec(rnd, k);
+        const ClipPlan s = make_plan(rnd, k);
         Random clip_rnd(s.seed);
         const Tone tone = pick_tone(clip_rnd);
         const int flat_luma = clip_rnd.chance(10) ? clip_rnd.in(5, 24) : clip_rnd.in(40, 200);
