@@ -21,13 +21,14 @@
 namespace bench {
 
 // A smooth pseudo-random field in [0, 1): random values on a lattice of
-// `cell` pixels, blended bilinearly.
+// `cell` pixels, blended bilinearly. The lattice has rows enough for the
+// longer side, since scenes also read it transposed, at (y, x).
 class ValueNoise {
 public:
     ValueNoise(int width, int height, int cell, uint32_t seed)
         : cell_(cell),
           columns_(width / cell + 2),
-          knots_(static_cast<size_t>(columns_) * (height / cell + 2)) {
+          knots_(static_cast<size_t>(columns_) * (std::max(width, height) / cell + 2)) {
         for (float& k : knots_) {
             seed = seed * 1664525u + 1013904223u;
             k = static_cast<float>(seed >> 8) / 16777216.0f;
