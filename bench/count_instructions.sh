@@ -41,7 +41,9 @@ count() {
   calls=$(awk '$2 == "calls" { print $3 }' "$scratch/stdout")
   total=$(awk '/^(summary|totals):/ { print $2; exit }' "$out")
   if [ -n "$profile" ]; then
-    local name=${case//\//_}.$(basename "$build")
+    # Named by the build's place on the command line (a, b), so two build
+    # folders that end in the same name keep their profiles apart.
+    local name=${case//\//_}.$tag
     cp "$out" "$profile/$name.out"
     callgrind_annotate --inclusive=no "$out" 2>/dev/null | head -40 >"$profile/$name.txt" || true
   fi
@@ -54,7 +56,7 @@ if [ ${#builds[@]} -eq 1 ]; then
   echo "| case | frame | instructions per call |"
   echo "|---|---|---:|"
 else
-  echo "| case | frame | $(basename "${builds[0]}") | $(basename "${builds[1]}") | ratio |"
+  echo "| case | frame | a: ${builds[0]} | b: ${builds[1]} | ratio b/a |"
   echo "|---|---|---:|---:|---:|"
 fi
 for case in $cases; do
