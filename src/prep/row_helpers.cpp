@@ -32,6 +32,19 @@ constexpr int kMaxHelpers = 31;
 constexpr std::chrono::microseconds kHelperPoll{20};
 constexpr std::chrono::microseconds kCallerPoll{20};
 
+// A caller that waits for a held chunk longer than it took for its own share
+// of the loop (and longer than kStallFloor) has met a helper that the system
+// took off its core: on a device whose cores are all busy, that helper runs
+// again only after a time slice, and the frame waits with it. The pool then
+// leaves the loops to their callers for a while, kFirstBackOff, doubling up to
+// kFirstBackOff << kMaxBackOffLevel while stalls keep coming soon after the
+// helpers return. Results do not change; only who computes the rows does.
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::microseconds kStallFloor{500};
+constexpr std::chrono::milliseconds kFirstBackOff{250};
+constexpr int kMaxBackOffLevel = 5;
+constexpr std::chrono::seconds kStallsRepeatWithin{2};
+
 inline void cpu_relax() {
 #if defined(__x86_64__) || defined(__i386__)
     __builtin_ia32_pause();
@@ -156,12 +169,27 @@ private:
     void claim_chunks(uint32_t generation);
     void run_chunk(int chunk, int n, int rows_per_chunk, const RowBody& body);
     void chunk_done(int chunk_count);
+    void note_wait(Clock::duration own_work, Clock::duration waited, Clock::time_point now);
+
+public:
+    // Test hooks (row_helpers_testing).
+    bool backing_off() const { return Clock::now() < backoff_until_; }
+    void end_backoff() {
+        backoff_until_ = Clock::time_point{};
+        backoff_level_ = 0;
+    }
+
+private:
 
     // Taken by the thread whose loop uses the pool; it alone starts helpers
     // and writes the loop's description below.
     std::atomic<bool> busy_{false};
     uint32_t generation_ = 0;
     std::atomic<int> started_{0};
+    // The back-off after a stall (see kStallFloor); only the busy_ owner
+    // reads or writes them.
+    Clock::time_point backoff_until_{};
+    int backoff_level_ = 0;
 #if defined(__linux__)
     pid_t owner_ = getpid();  // the process whose threads these are
 #endif
@@ -232,6 +260,11 @@ void Pool::wake(int index) {
 bool Pool::run(int n, RowChunking split, int helpers, const RowBody& body) {
     if (split.chunk_count > kMaxChunks) return false;
     if (busy_.exchange(true, std::memory_order_acquire)) return false;
+    const Clock::time_point start = Clock::now();
+    if (start < backoff_until_) {
+        busy_.store(false, std::memory_order_release);
+        return false;
+    }
     if (helpers > kMaxHelpers) helpers = kMaxHelpers;
     if (started_.load(std::memory_order_relaxed) < helpers) start_helpers(helpers);
     if (helpers > started_.load(std::memory_order_relaxed)) helpers = started_.load();
@@ -262,13 +295,28 @@ bool Pool::run(int n, RowChunking split, int helpers, const RowBody& body) {
     // are running them. As in wake(), the flag goes up before the count is
     // read again, and the count goes up before a helper reads the flag.
     auto all_done = [&] { return done_.load(std::memory_order_acquire) == chunk_count; };
+    const Clock::time_point claimed_all = Clock::now();
     if (!poll_for(all_done, kCallerPoll)) {
         caller_sleeping_.store(true);
         for (int done; (done = done_.load()) != chunk_count;) parking_.park(done_, done);
         caller_sleeping_.store(false);
+        const Clock::time_point now = Clock::now();
+        note_wait(claimed_all - start, now - claimed_all, now);
     }
     busy_.store(false, std::memory_order_release);
     return true;
+}
+
+void Pool::note_wait(Clock::duration own_work, Clock::duration waited, Clock::time_point now) {
+    if (waited <= kStallFloor || waited <= own_work) return;
+    const bool soon_after_last = backoff_until_ != Clock::time_point{} &&
+                                 now - backoff_until_ < kStallsRepeatWithin;
+    if (!soon_after_last) {
+        backoff_level_ = 0;
+    } else if (backoff_level_ < kMaxBackOffLevel) {
+        ++backoff_level_;
+    }
+    backoff_until_ = now + kFirstBackOff * (1 << backoff_level_);
 }
 
 void Pool::run_chunk(int chunk, int n, int rows_per_chunk, const RowBody& body) {
@@ -372,6 +420,8 @@ void hold(bool held) { pool().hold(held); }
 int held_count() { return pool().held_count(); }
 int claiming_count() { return pool().claiming_count(); }
 int started_count() { return pool().started_count(); }
+bool backing_off() { return pool().backing_off(); }
+void end_backoff() { pool().end_backoff(); }
 }  // namespace row_helpers_testing
 
 }  // namespace molo
@@ -387,6 +437,8 @@ void hold(bool) {}
 int held_count() { return 0; }
 int claiming_count() { return 0; }
 int started_count() { return 0; }
+bool backing_off() { return false; }
+void end_backoff() {}
 }  // namespace row_helpers_testing
 
 }  // namespace molo

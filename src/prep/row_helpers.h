@@ -12,6 +12,10 @@
 //   loop has ended finds the generation changed or no chunk left, and
 //   touches nothing but the pool's own memory, which lives for the process.
 // - Waiting threads spin for a few tens of microseconds at most, then sleep.
+// - A caller that waited for a held chunk longer than its own share of the
+//   loop took (a helper the system took off its core) leaves the following
+//   loops to their callers for a quarter of a second, and for longer while
+//   such stalls keep coming back.
 // - One loop at a time uses the pool; a loop that finds it in use (another
 //   thread's loop, or a loop started from inside a body) gets no helpers.
 #ifndef MOLO_PREP_ROW_HELPERS_H
@@ -46,6 +50,9 @@ int held_count();
 int claiming_count();
 // Helper threads running in the process.
 int started_count();
+// Whether loops are left to their callers after a stall, and the end of that.
+bool backing_off();
+void end_backoff();
 }  // namespace row_helpers_testing
 
 }  // namespace molo

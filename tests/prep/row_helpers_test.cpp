@@ -49,6 +49,7 @@ class RowHelpers : public ::testing::Test {
 protected:
     void SetUp() override {
         molo::set_execution_contexts(4);
+        hooks::end_backoff();
         RowCounter warm(64);
         molo::parallel_rows(64, warm);  // starts the helpers
         if (hooks::started_count() == 0) GTEST_SKIP() << "built without helper threads";
@@ -114,6 +115,18 @@ TEST_F(RowHelpers, TheCallerWaitsForAChunkAHelperHolds) {
     ASSERT_TRUE(helper_started.load()) << "no helper ran";
     EXPECT_TRUE(helper_finished.load());
     EXPECT_TRUE(rows.each_once());
+
+    // That wait was far longer than the caller's own rows: the next loops
+    // stay on the caller, until the back-off ends.
+    EXPECT_TRUE(hooks::backing_off());
+    RowCounter after(64);
+    molo::parallel_rows(64, after);
+    EXPECT_TRUE(after.each_once());
+    EXPECT_EQ(after.off_caller.load(), 0);
+    hooks::end_backoff();
+    RowCounter again(4096);
+    molo::parallel_rows(4096, again, molo::kMinParallelWork);
+    EXPECT_TRUE(again.each_once());
 }
 
 // Many short loops back to back, from two threads at once (one of them gets
