@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "detector/chroma_pair.h"
+#include "detector/colour_rules.h"
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "molo/detector.h"
@@ -197,7 +198,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
     const int w = d.down_width;
     const int h = d.down_height;
     const int n = w * h;
-    const int kind = d.finger_db[d.db_index].kind;
+    const KindRules rules = kind_rules(d.finger_db[d.db_index].kind);
     const RegionMeans means = measure_candidate(d, area, extent);
 
     if (!passes_shape(d)) return reject(d, kNotFingerShape);
@@ -209,7 +210,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
 
     if (means.y < 25.0f && !dark_enough(d, means.y)) return reject(d, "%d:Finger too dark.\n");
 
-    if (means.y > 100.0f && (kind == 2 || kind == 4)) return reject(d, "%d:gray object.\n");
+    if (means.y > 100.0f && rules.grey_test) return reject(d, "%d:gray object.\n");
 
     // Local copies of the plane pointers: a byte store could otherwise alias
     // the detector's fields and force them to be read again on every cell.

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "detector/colour_rules.h"
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "features/sobel3_window.h"
@@ -229,11 +230,9 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
                                 : 0;
     }
     const FingerColor entry = finger_db[db_index];
+    const molo::KindRules rules = molo::kind_rules(entry.kind);
 
-    const bool excluded = (light_class == 1 && (entry.kind == 3 || entry.kind == 4)) ||
-                          (light_class == 2 && entry.kind == 3) ||
-                          (light_class == 3 && entry.kind == 4);
-    if (excluded) {
+    if (!molo::light_allows(light_class, entry.kind)) {
         count_frame(*this);
         busy = 0;
         return 0;
@@ -254,9 +253,8 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     const int w = down_width;
     const int h = down_height;
     const int n = w * h;
-    const bool small_tone = entry.kind == 3 || entry.kind == 4;
     min_area = static_cast<int>(static_cast<float>(n) * 0.0023f);
-    max_area = static_cast<int>(static_cast<float>(n) * (small_tone ? 0.05f : 0.12f));
+    max_area = static_cast<int>(static_cast<float>(n) * rules.max_area_share);
 
     std::memset(skin_mask, 0, static_cast<size_t>(n));
     const int skin_count = build_skin_mask(*this, entry.radius);
@@ -275,7 +273,7 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
         for (; i < n; ++i) labels[i] = mask[i] == 0 ? 1u : 0u;
     }
 
-    const unsigned char* seeds = small_tone ? seed_map_band : seed_map_full;
+    const unsigned char* seeds = rules.band_seeds ? seed_map_band : seed_map_full;
     const unsigned char seed_value = orientation == 0 ? 1 : 2;
     molo::RegionBox extents[kLastRegionLabel + 1];
     const int end_label = grow_regions(*this, seeds, seed_value, extents);
@@ -283,9 +281,8 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
         return molo::reject(*this, "%d:too many skin tone area. it should not be a finger.\n");
     }
 
-    const float compactness_limit = entry.kind == 3 ? 1.1f : 1.42f;
     const int best_area =
-        choose_candidate(*this, end_label, extents, entry.radius, compactness_limit);
+        choose_candidate(*this, end_label, extents, entry.radius, rules.compactness_limit);
     if (best_area > max_area) return molo::reject(*this, "%d:area is too big.\n");
     if (best_area < min_area) {
         const int largest = log_enabled != 0 ? largest_area(*this, end_label) : 0;
