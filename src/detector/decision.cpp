@@ -229,10 +229,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
 
     if (d.have_detect < INT_MAX) ++d.have_detect;  // a finger held for years stays reported
     if (d.log_enabled != 0) log_print(kLogDebug, "%d: have_detect:%d\n", d.db_index, d.have_detect);
-    if (d.have_detect < MOLO_HAVE_DETECT_NUM) {
-        d.busy = 0;
-        return 0;
-    }
+    if (d.have_detect < MOLO_HAVE_DETECT_NUM) return 0;
 
     d.found_area = area;
     d.finger_found = 1;
@@ -264,7 +261,6 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
                   static_cast<double>(means.v));
     }
     timestamp(&d.detect_time);
-    d.busy = 0;
     return 1;
 }
 

@@ -27,6 +27,23 @@ void count_frame(Molo_FingerDetect& d) {
     d.frame_count = static_cast<int>(static_cast<unsigned int>(d.frame_count) + 1u);
 }
 
+// The busy flag of one execute call: set once the call has passed the guard,
+// and cleared when the call ends, whichever way it ends, unless kept.
+class BusyHold {
+public:
+    explicit BusyHold(unsigned char& busy) : busy_(busy) { busy_ = 1; }
+    ~BusyHold() {
+        if (!kept_) busy_ = 0;
+    }
+    BusyHold(const BusyHold&) = delete;
+    BusyHold& operator=(const BusyHold&) = delete;
+    void keep() { kept_ = true; }
+
+private:
+    unsigned char& busy_;
+    bool kept_ = false;
+};
+
 // Pairs are tested against the radius in blocks of this many; a block
 // without a pair inside the radius is passed over after one vector compare.
 constexpr int kPairBlock = 8;
@@ -215,7 +232,7 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     if (down_y == nullptr) return 0;
     src_stride = stride;
     if (busy != 0) return 0;
-    busy = 1;
+    BusyHold hold(busy);
     src_y = y_plane;
     src_vu = vu_plane;
 
@@ -234,7 +251,6 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
 
     if (!molo::light_allows(light_class, entry.kind)) {
         count_frame(*this);
-        busy = 0;
         return 0;
     }
 
@@ -243,10 +259,12 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     count_frame(*this);
     orientation = orientation_;
 
-    // An unknown orientation leaves the detector busy for good: every later
-    // call returns 0. This lock-out is deliberate.
+    // The one call that keeps busy set: an unknown orientation leaves the
+    // detector busy for good, so every later call returns 0. This lock-out is
+    // deliberate (pinned by CApi.WrongOrientationLocksTheDetectorOut).
     if (static_cast<unsigned int>(orientation) > 1) {
         molo::log_print(molo::kLogError, "error! orientation is wrong.\n");
+        hold.keep();
         return 0;
     }
 
