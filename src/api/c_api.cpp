@@ -13,6 +13,8 @@ void* MoloFinDetect_Initialize(void* handle, int width, int height, char* db_pat
     auto* detector = new Molo_FingerDetect();
     const int rc = detector->Initialize(width, height, db_path);
     if (rc == 0) return detector;
+    // "Initializ" is the message's own spelling (pinned by
+    // CApi.AbsurdSizeGivesNullAndTheFailureMessage).
     molo::log_print(molo::kLogDebug, "MoloFinDetect_Initializ (%d)\n", rc);
     delete detector;
     return handle;

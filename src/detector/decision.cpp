@@ -16,6 +16,8 @@
 namespace {
 
 constexpr char kNotFingerShape[] = "%d:Not finger shape.\n";
+// "cololr" is the message's own spelling (pinned by
+// Decision.CommonColourElsewhereRejects).
 constexpr char kSimilarColour[] =
     "%d:Similar finger cololr exist much. so not sure it is really finger.\n";
 
@@ -61,7 +63,8 @@ enum class ShapeTest { kTall, kWide, kPlain };
 
 // Which shape test applies to the box. The right-edge rows compare box_left
 // (not box_right) with the last column, so they match only a region confined
-// to that column; this asymmetry with the left edge is kept.
+// to that column; this asymmetry with the left edge is kept (pinned by
+// Decision.RightEdgeRowsTestBoxLeftSoMirrorImagesDiffer).
 ShapeTest shape_test_for(const Molo_FingerDetect& d) {
     const int last_row = d.down_height - 1;
     const int last_col = d.down_width - 1;

@@ -46,6 +46,8 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
     down_height = molo::working_extent(height);
     down_width = molo::working_extent(width);
 
+    // The banner ends in a blank before its newline (pinned by
+    // Initialize.TablesPaddingAndBanner).
     molo::log_print(molo::kLogDebug, "Quillby FingerDetect Date:05/11/17, HAVE_DETECT_NUM 2 \n");
 
     if (width > molo::kMaxPreviewExtent || height > molo::kMaxPreviewExtent) {
