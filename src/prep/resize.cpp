@@ -61,6 +61,8 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
                 dst[0] = static_cast<unsigned char>(a / n);
                 dst[1] = static_cast<unsigned char>(b / n);
             } else {
+                // The one message without a newline, kept so (pinned by
+                // Resize.EmptyBlockKeepsThePairAndLogs).
                 molo::log_print(molo::kLogError, "Error! maybe?");
             }
         }
