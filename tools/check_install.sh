@@ -15,7 +15,11 @@ read -r -a runner <<<"${MOLO_TARGET_RUNNER:-}"
 toolchain=()
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
-libdir=$(dirname "$(find "$prefix" -name 'libMoloFingerDetect.so' -print -quit)")
+library=$(find "$prefix" \( -name 'libMoloFingerDetect.so' -o -name 'libMoloFingerDetect.a' \) -print -quit)
+libdir=$(dirname "$library")
+# A static library's own dependencies come from the .pc file's private libraries.
+pkg_static=()
+[[ $library == *.a ]] && pkg_static=(--static)
 # A cross toolchain looks for packages inside its sysroot only; it is shown
 # the package's folder directly.
 [ -n "${MOLO_TOOLCHAIN_FILE:-}" ] && toolchain=(-DCMAKE_TOOLCHAIN_FILE="$MOLO_TOOLCHAIN_FILE"
@@ -33,7 +37,7 @@ LD_LIBRARY_PATH="$libdir" ${runner[@]+"${runner[@]}"} "$work/cmake-consumer/inst
 
 # 2. pkg-config.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
-${CC:-cc} -std=c99 "$root/tests/api/consumer_main.c" $(pkg-config --cflags --libs MoloFingerDetect) \
+${CC:-cc} -std=c99 "$root/tests/api/consumer_main.c" $(pkg-config ${pkg_static[@]+"${pkg_static[@]}"} --cflags --libs MoloFingerDetect) \
    -o "$work/pkgconfig-consumer"
 LD_LIBRARY_PATH="$libdir" ${runner[@]+"${runner[@]}"} "$work/pkgconfig-consumer"
 echo "installed package: consumed through CMake and pkg-config"

@@ -20,7 +20,15 @@ def relative(paths):
     return sorted(os.path.relpath(p, here) for p in paths)
 
 
-sources = relative(list((here / "src").glob("*.cpp")) + list((root / "src").rglob("*.cpp")))
+def library_sources():
+    # The library's own list (src/sources.cmake), one source a line.
+    listed = root / "src" / "sources.cmake"
+    prefix = "${CMAKE_CURRENT_LIST_DIR}/"
+    lines = (line.strip() for line in listed.read_text().splitlines())
+    return [root / "src" / line[len(prefix):] for line in lines if line.startswith(prefix)]
+
+
+sources = relative(list((here / "src").glob("*.cpp")) + library_sources())
 
 core = Pybind11Extension(
     "molo_fingerdetect._core",

@@ -2,6 +2,12 @@
 // TIFF_IMG record, and functions that dump working planes and frames to TIFF
 // or text files and read test frames back. Nothing in the detector calls them;
 // they are for developers inspecting a frame by hand.
+//
+// Diagnostics take one of two channels. Standard error: get_TIFF, read_TIFF,
+// write_TIFF, every dump writer (TIFF_Save*, Write_Text) and the read-back
+// functions for a file they cannot open or read. The library's log (error
+// priority): TIFF_readY and TIFF_readYUV for a file of the wrong size or
+// type.
 #ifndef MOLO_DEBUG_H
 #define MOLO_DEBUG_H
 

@@ -62,61 +62,90 @@ public:
     void StraitLineDetect(int tolerance, int direction);
 
     // ---- State. Every field is zero until Initialize sets it. ----
-    unsigned char* src_y{};   // luma plane of the frame being analysed (borrowed)
-    unsigned char* src_vu{};  // interleaved chroma plane of that frame (borrowed)
-    int height{};             // preview height in pixels
-    int width{};              // preview width in pixels
-    int src_stride{};         // row pitch of the source planes
-    unsigned char* full_y_buf{};   // full-size scratch planes, kept for the footprint
-    unsigned char* full_vu_buf{};
-    unsigned char* down_y{};       // working luma
-    unsigned char* down_vu{};      // working interleaved chroma, half resolution
-    int down_height{};
-    int down_width{};
-    unsigned char* skin_mask{};      // 0xFF where colour matches and luma is flat
-    unsigned char* seed_map_full{};  // 1 left seed, 2 right seed, 0 none
-    unsigned char* seed_map_band{};
-    Pixel* region_queue{};           // work queue of ConnectedSet, one per cell
-    unsigned int* label_map{};       // 0 not grown, 1 not a candidate, 2+ region label
-    int frame_count{};               // execute calls that passed the busy guard
-    int* grad_xx{};
-    int* grad_yy{};
-    int* grad_xy{};
-    int best_label{};
-    float* color_dist{};         // chroma distance of each pixel to the active entry
-    RegionStat* region_stats{};  // indexed by label
-    float found_u{};
-    float found_v{};
-    float ref_u{};
-    float ref_v{};
-    int finger_found{};
-    long long detect_time{};
-    int have_detect{};  // consecutive frames whose candidate passed every test
-    int db_index{};     // active colour entry
-    int found_area{};
-    unsigned char* finger_mask{};  // 1 on the candidate region
-    unsigned char* edge_map{};     // outline of the candidate; morphology scratch
-    unsigned char busy{};          // re-entrancy guard of execute
-    int min_area{};
-    int max_area{};
-    float skin_ratio{};
-    int** blur_kernel{};  // 7 x 7 Gaussian weights of the corner stage
-    int blur_kernel_sum{};
-    int orientation{};
-    int* corner_response{};
-    float best_compactness{};
-    int scan_row_end{};
-    int scan_col_end{};
-    int straight_run_best{};
-    int straight_run_second{};
-    int edge_count{};
+    // The order of the fields is part of the public interface (clients and
+    // the bindings read them in place), so they keep their places and each
+    // notes its stage, who writes it (the stage) and who reads it. By stage:
+    //   setup     Initialize, once per handle: the sizes, every buffer, the
+    //             seed maps, finger_db, the Hough tables, blur_kernel,
+    //             log_enabled; Finalize releases the buffers
+    //   search    MoloFinDetect_Execute's entry search: light_class, db_count
+    //   frame     execute, per call: src_*, down_y, down_vu, skin_mask,
+    //             region_queue, label_map, frame_count, best_label,
+    //             color_dist, region_stats, ref_u, ref_v, db_index, busy,
+    //             min_area, max_area, skin_ratio, orientation,
+    //             best_compactness
+    //   decision  the candidate's tests, confirmation and report: box_*,
+    //             finger_mask, have_detect, found_*, finger_found, detect_time
+    //   shape     CheckShape and FillInGap: shape_profile, finger_mask
+    //   corner    HarrisCorner: grad_*, corner_response, scan_*_end,
+    //             corner_row, corner_col
+    //   hough     HoughLine and HarrisHough: edge_map, edge_count, hough_acc,
+    //             hough_voted_*, the line figures, cross_*, corner_line_dist
+    //   StraitLineDetect (called by clients only): straight_run_*
+    // [footprint] marks a buffer kept only so that the memory footprint is
+    // that of a full-resolution path; [clients] a field the library writes
+    // but never reads, kept for clients to inspect.
+    unsigned char* src_y{};   // frame: luma plane of this frame (borrowed); read by DownSampling
+    unsigned char* src_vu{};  // frame: its interleaved chroma plane (borrowed); read likewise
+    int height{};             // setup: preview height in pixels
+    int width{};              // setup: preview width in pixels
+    int src_stride{};         // frame: row pitch of the source planes, stored by execute
+    unsigned char* full_y_buf{};   // setup [footprint]: full-size luma scratch, never used
+    unsigned char* full_vu_buf{};  // setup [footprint]: full-size chroma scratch, never used
+    unsigned char* down_y{};       // frame: working luma (DownSampling); read by every stage
+    unsigned char* down_vu{};      // frame: working interleaved chroma, half resolution, likewise
+    int down_height{};             // setup: working grid rows (an eighth, made even)
+    int down_width{};              // setup: working grid columns
+    unsigned char* skin_mask{};      // frame: 0xFF where colour matches, luma flat; for decision
+    unsigned char* seed_map_full{};  // setup: 1 left seed, 2 right seed, 0 none; read by frame
+    unsigned char* seed_map_band{};  // setup: the same for band entries; read by frame
+    Pixel* region_queue{};           // frame: work queue of ConnectedSet, one per cell
+    // frame: 0 not grown, 1 not a candidate, 2+ region label; read by decision, shape
+    unsigned int* label_map{};
+    int frame_count{};               // frame: calls past the busy guard; picks the entry
+    int* grad_xx{};  // corner: gradient products of HarrisCorner, its own scratch
+    int* grad_yy{};  // corner
+    int* grad_xy{};  // corner
+    int best_label{};            // frame: label of the candidate; read by decision, shape
+    float* color_dist{};         // frame: chroma distance of each pixel to the active entry
+    RegionStat* region_stats{};  // frame: indexed by label; read by decision, shape
+    float found_u{};             // decision [clients]: mean first chroma byte of the last report
+    float found_v{};             // decision [clients]: mean second chroma byte of the last report
+    float ref_u{};               // frame: centre of the active entry, copied from finger_db
+    float ref_v{};               // frame
+    int finger_found{};          // decision [clients]: 1 once a finger has been reported
+    long long detect_time{};     // decision [clients]: timestamp of the last report
+    // decision: consecutive frames whose candidate passed every test; read by search, frame
+    int have_detect{};
+    int db_index{};     // frame: active colour entry; read by decision and every message
+    int found_area{};   // decision [clients]: area of the last reported region
+    // decision: 1 on the candidate region; read and changed by shape, corner, hough
+    unsigned char* finger_mask{};
+    unsigned char* edge_map{};     // hough: outline of the candidate; scratch of Erode and Dilate
+    unsigned char busy{};          // frame: re-entrancy guard, set and cleared by execute
+    int min_area{};                // frame: least candidate area of this frame
+    int max_area{};                // frame: largest candidate area of this frame
+    float skin_ratio{};            // frame: share of skin pixels; read by decision
+    int** blur_kernel{};  // setup: 7 x 7 Gaussian weights of the corner stage
+    int blur_kernel_sum{};  // setup: their sum
+    int orientation{};      // frame: entry side of this frame; read by decision, shape
+    int* corner_response{};  // corner: response map of HarrisCorner
+    float best_compactness{};  // frame [clients]: compactness of the candidate
+    int scan_row_end{};  // corner: rows the corner stage differentiates; read by StraitLineDetect
+    int scan_col_end{};  // corner: columns likewise
+    int straight_run_best{};    // StraitLineDetect [clients]: longest run
+    int straight_run_second{};  // StraitLineDetect [clients]: second run
+    int edge_count{};  // hough: outline pixels of edge_map; read by the verdict
+    // decision: the candidate's bounding box, inclusive; read by shape, corner, hough
     int box_top{};
     int box_left{};
     int box_bottom{};
     int box_right{};
-    int light_class{};
+    int light_class{};  // search: light class of the frame (1 to 3); read by frame
+    // hough and corner: HoughLine's lines, HarrisCorner's corner and their
+    // crossing, all read by HarrisHough's verdict except where marked.
     float line_dist_sum{};
-    int line_run{};
+    int line_run{};  // [clients]
     int line_longest_run{};
     int peak_votes{};
     int peak_angle{};
@@ -127,27 +156,29 @@ public:
     int second_angle{};
     int second_rho{};
     int second_longest_run{};
-    int second_run{};
-    float second_dist_sum{};
+    int second_run{};          // [clients]
+    float second_dist_sum{};   // [clients]
     int cross_row{};
     int cross_col{};
     float corner_line_dist{};
-    int near_angles[31]{};
+    int near_angles[31]{};  // hough: HoughLine's own list of angles near the peak
+    // setup: the colour table, filled by ReadDB; read by frame, decision
     FingerColor finger_db[MOLO_FINGER_DB_SIZE]{};
-    float* shape_profile{};  // CheckShape scratch, max(width, height) of the working grid
-    float* sin_table{};
-    float* cos_table{};
-    int* hough_acc{};
-    int hough_diag{};
-    int hough_rho_count{};
-    int hough_angles{};
-    int hough_acc_size{};
-    int db_count{};    // colour entries cycled through while searching
-    int log_enabled{};
-    // The hough_voted_rows rho rows of hough_acc from hough_voted_low on hold
-    // the last vote of HoughLine and every other cell is 0; HoughLine clears
-    // only those rows before it votes again. The library is the only writer
-    // of hough_acc: a client that writes into it leaves stale counts behind.
+    float* shape_profile{};  // shape: CheckShape scratch, max(width, height) of the working grid
+    float* sin_table{};      // setup: sine of HoughLine's angles; read by hough
+    float* cos_table{};      // setup: cosine of them
+    int* hough_acc{};        // hough: HoughLine's accumulator
+    int hough_diag{};        // setup: diagonal of the working grid; read by hough
+    int hough_rho_count{};   // setup: rho rows of hough_acc
+    int hough_angles{};      // setup: angle columns of hough_acc
+    int hough_acc_size{};    // setup [clients]: cells of hough_acc
+    int db_count{};    // search: colour entries cycled through while searching; read by frame
+    int log_enabled{};  // setup: diagnostic logging switch; read wherever a message is optional
+    // hough: the hough_voted_rows rho rows of hough_acc from hough_voted_low
+    // on hold the last vote of HoughLine and every other cell is 0;
+    // HoughLine clears only those rows before it votes again. The library is
+    // the only writer of hough_acc: a client that writes into it leaves
+    // stale counts behind.
     int hough_voted_low{};
     int hough_voted_rows{};
 };

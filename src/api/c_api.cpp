@@ -1,9 +1,9 @@
-// The C entry points: handle rules, argument checks, the light class and the
-// warm-up loop that tries a frame against every colour entry while searching.
+// The C entry points: handle rules and argument checks; the detector does the
+// rest.
 #include <cstdlib>
 
 #include "MoloFingerDetect.h"
-#include "api/light_class.h"
+#include "detector/entry_search.h"
 #include "support/log.h"
 
 extern "C" {
@@ -13,6 +13,8 @@ void* MoloFinDetect_Initialize(void* handle, int width, int height, char* db_pat
     auto* detector = new Molo_FingerDetect();
     const int rc = detector->Initialize(width, height, db_path);
     if (rc == 0) return detector;
+    // "Initializ" is the message's own spelling (pinned by
+    // CApi.AbsurdSizeGivesNullAndTheFailureMessage).
     molo::log_print(molo::kLogDebug, "MoloFinDetect_Initializ (%d)\n", rc);
     delete detector;
     return handle;
@@ -31,24 +33,8 @@ int MoloFinDetect_Execute(void* handle, unsigned char* y_plane, unsigned char* v
         }
         return MOLO_FD_BAD_STRIDE;
     }
-
-    // Tracking: the colour entry is frozen, one call per frame.
-    if (detector->have_detect != 0) {
-        return detector->execute(y_plane, vu_plane, orientation, true, src_stride, ds_mode,
-                                 capture_gain, color_temp, pos_row, pos_col);
-    }
-
-    // Searching: each call advances to the next colour entry; the frame is
-    // downsampled once and reused. The first detection ends the loop.
-    detector->db_count = MOLO_FINGER_DB_SIZE;
-    detector->light_class = molo::light_class_of(capture_gain, color_temp);
-    int result = 0;
-    for (int k = 1; k <= MOLO_FINGER_DB_SIZE; ++k) {
-        result = detector->execute(y_plane, vu_plane, orientation, k == 1, src_stride, ds_mode,
-                                   capture_gain, color_temp, pos_row, pos_col);
-        if (detector->have_detect != 0) break;
-    }
-    return result;
+    return molo::analyse_frame(*detector, y_plane, vu_plane, orientation, src_stride, ds_mode,
+                               capture_gain, color_temp, pos_row, pos_col);
 }
 
 int MoloFinDetect_Verification(void* handle, unsigned char* y_plane, unsigned char* vu_plane,

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "debug/diagnostics.h"
 #include "debug/dump_writer.h"
 #include "molo/debug.h"
 #include "support/float_to_int.h"
@@ -61,7 +62,7 @@ int TIFF_SaveY(float** src, int width, int height, char* path) {
 // so INT_MIN / -1 is 2^31 and stores 0. A divisor of 0 writes no file.
 int TIFF_SaveY_Scale(int* src, int width, int height, char* path, int divisor) {
     if (divisor == 0) {
-        std::fprintf(stderr, "Error! divisor must not be 0\n");
+        molo::print_diagnostic("Error! divisor must not be 0\n");
         return molo::kDumpFailed;
     }
     return dump_whole(path, width, height, [=](int r, int c) {

@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "debug/diagnostics.h"
+
 namespace molo {
 namespace {
 
@@ -26,12 +28,12 @@ DumpWindow shifted_crop(int height, int width, int row_margin, int col_margin, i
 
 FILE* open_debug_file(const char* path, const char* mode) {
     if (path == nullptr) {
-        std::fprintf(stderr, "Error! no file name given\n");
+        print_diagnostic("Error! no file name given\n");
         return nullptr;
     }
     FILE* fp = std::fopen(path, mode);
     if (fp == nullptr) {
-        std::fprintf(stderr, "Error! cannot open %s: %s\n", path, std::strerror(errno));
+        print_diagnostic("Error! cannot open %s: %s\n", path, std::strerror(errno));
     }
     return fp;
 }

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "debug/diagnostics.h"
 #include "debug/dump_writer.h"
 #include "molo/debug.h"
-#include "support/log.h"
 
 namespace {
 
@@ -19,13 +19,13 @@ int read_checked(char* path, int width, int height, char type, TIFF_IMG* img) {
     std::fclose(fp);
     if (failed != 0) return 1;
     if (img->height != height || img->width != width) {
-        molo::log_print(molo::kLogError, "Error! wrong width or wrong height\n");
+        molo::log_diagnostic("Error! wrong width or wrong height\n");
         free_TIFF(img);
         return 1;
     }
     if (img->TIFF_type != type) {
-        molo::log_print(molo::kLogError, type == 'g' ? "Error! not a grey image\n"
-                                                     : "Error! not a colour image\n");
+        molo::log_diagnostic(type == 'g' ? "Error! not a grey image\n"
+                                         : "Error! not a colour image\n");
         free_TIFF(img);
         return 1;
     }

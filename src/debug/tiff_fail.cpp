@@ -1,16 +1,16 @@
 // The failure message of the TIFF reader and writer: the step, then the reason.
 #include <cstdarg>
-#include <cstdio>
 
+#include "debug/diagnostics.h"
 #include "debug/tiff_format.h"
 
 namespace molo {
 
 int tiff_fail(const char* step, const char* reason_format, ...) {
-    std::fprintf(stderr, "tiff:  function %s:\n", step);
+    print_diagnostic("tiff:  function %s:\n", step);
     va_list args;
     va_start(args, reason_format);
-    std::vfprintf(stderr, reason_format, args);
+    vprint_diagnostic(reason_format, args);
     va_end(args);
     return 1;
 }

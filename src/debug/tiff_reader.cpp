@@ -11,11 +11,13 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "debug/diagnostics.h"
 #include "debug/tiff_format.h"
 #include "molo/debug.h"
 
 namespace {
 
+using molo::print_diagnostic;
 using molo::tiff_fail;
 
 // The directory entries the reader uses.
@@ -168,11 +170,10 @@ int read_directory(Source& in, uint32_t directory) {
 int check_core_fields(Source& in) {
     for (int slot : {kWidth, kLength, kCompression, kPhotometric, kOffsets, kCounts}) {
         if (!in.entries[slot].present) {
-            std::fprintf(stderr,
-                         "tiff reader:  function CheckForCoreFields:\n"
-                         "field for tag %d does not appear\n"
-                         "in IFD (and has no default)\n",
-                         kSlotTag[slot]);
+            print_diagnostic("tiff reader:  function CheckForCoreFields:\n"
+                             "field for tag %d does not appear\n"
+                             "in IFD (and has no default)\n",
+                             kSlotTag[slot]);
             return 1;
         }
     }
@@ -416,9 +417,8 @@ int read_TIFF(FILE* fp, TIFF_IMG* img) {
         }
     }
     if (in.next_directory != 0) {
-        std::fprintf(stderr,
-                     "WARNING:  this TIFF file contains multiple images;\n"
-                     "all but the first image will be ignored by the TIFF reader\n");
+        print_diagnostic("WARNING:  this TIFF file contains multiple images;\n"
+                         "all but the first image will be ignored by the TIFF reader\n");
     }
     *img = out;
     return 0;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "detector/chroma_pair.h"
+#include "detector/colour_rules.h"
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "molo/detector.h"
@@ -15,6 +16,8 @@
 namespace {
 
 constexpr char kNotFingerShape[] = "%d:Not finger shape.\n";
+// "cololr" is the message's own spelling (pinned by
+// Decision.CommonColourElsewhereRejects).
 constexpr char kSimilarColour[] =
     "%d:Similar finger cololr exist much. so not sure it is really finger.\n";
 
@@ -60,7 +63,8 @@ enum class ShapeTest { kTall, kWide, kPlain };
 
 // Which shape test applies to the box. The right-edge rows compare box_left
 // (not box_right) with the last column, so they match only a region confined
-// to that column; this asymmetry with the left edge is kept.
+// to that column; this asymmetry with the left edge is kept (pinned by
+// Decision.RightEdgeRowsTestBoxLeftSoMirrorImagesDiffer).
 ShapeTest shape_test_for(const Molo_FingerDetect& d) {
     const int last_row = d.down_height - 1;
     const int last_col = d.down_width - 1;
@@ -197,7 +201,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
     const int w = d.down_width;
     const int h = d.down_height;
     const int n = w * h;
-    const int kind = d.finger_db[d.db_index].kind;
+    const KindRules rules = kind_rules(d.finger_db[d.db_index].kind);
     const RegionMeans means = measure_candidate(d, area, extent);
 
     if (!passes_shape(d)) return reject(d, kNotFingerShape);
@@ -209,7 +213,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
 
     if (means.y < 25.0f && !dark_enough(d, means.y)) return reject(d, "%d:Finger too dark.\n");
 
-    if (means.y > 100.0f && (kind == 2 || kind == 4)) return reject(d, "%d:gray object.\n");
+    if (means.y > 100.0f && rules.grey_test) return reject(d, "%d:gray object.\n");
 
     // Local copies of the plane pointers: a byte store could otherwise alias
     // the detector's fields and force them to be read again on every cell.
@@ -228,10 +232,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
 
     if (d.have_detect < INT_MAX) ++d.have_detect;  // a finger held for years stays reported
     if (d.log_enabled != 0) log_print(kLogDebug, "%d: have_detect:%d\n", d.db_index, d.have_detect);
-    if (d.have_detect < MOLO_HAVE_DETECT_NUM) {
-        d.busy = 0;
-        return 0;
-    }
+    if (d.have_detect < MOLO_HAVE_DETECT_NUM) return 0;
 
     d.found_area = area;
     d.finger_found = 1;
@@ -239,8 +240,9 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
     d.found_v = means.v;
 
     // Centroid of the finger mask, divided by the candidate's area (not by the
-    // mask's pixel count, which gap filling may have changed). A zero area,
-    // possible only on tiny grids, gives position 0.
+    // mask's pixel count, which gap filling may have changed), on purpose; no
+    // test pins the divisor yet. A zero area, possible only on tiny grids,
+    // gives position 0.
     int sum_row = 0;
     int sum_col = 0;
     for (int r = 0; r < h; ++r) {
@@ -263,7 +265,6 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
                   static_cast<double>(means.v));
     }
     timestamp(&d.detect_time);
-    d.busy = 0;
     return 1;
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "detector/colour_rules.h"
 #include "detector/decision.h"
 #include "detector/rejection.h"
 #include "features/sobel3_window.h"
@@ -25,6 +26,23 @@ constexpr int kFavouredBorderPositions = 10;
 void count_frame(Molo_FingerDetect& d) {
     d.frame_count = static_cast<int>(static_cast<unsigned int>(d.frame_count) + 1u);
 }
+
+// The busy flag of one execute call: set once the call has passed the guard,
+// and cleared when the call ends, whichever way it ends, unless kept.
+class BusyHold {
+public:
+    explicit BusyHold(unsigned char& busy) : busy_(busy) { busy_ = 1; }
+    ~BusyHold() {
+        if (!kept_) busy_ = 0;
+    }
+    BusyHold(const BusyHold&) = delete;
+    BusyHold& operator=(const BusyHold&) = delete;
+    void keep() { kept_ = true; }
+
+private:
+    unsigned char& busy_;
+    bool kept_ = false;
+};
 
 // Pairs are tested against the radius in blocks of this many; a block
 // without a pair inside the radius is passed over after one vector compare.
@@ -214,7 +232,7 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     if (down_y == nullptr) return 0;
     src_stride = stride;
     if (busy != 0) return 0;
-    busy = 1;
+    BusyHold hold(busy);
     src_y = y_plane;
     src_vu = vu_plane;
 
@@ -229,13 +247,10 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
                                 : 0;
     }
     const FingerColor entry = finger_db[db_index];
+    const molo::KindRules rules = molo::kind_rules(entry.kind);
 
-    const bool excluded = (light_class == 1 && (entry.kind == 3 || entry.kind == 4)) ||
-                          (light_class == 2 && entry.kind == 3) ||
-                          (light_class == 3 && entry.kind == 4);
-    if (excluded) {
+    if (!molo::light_allows(light_class, entry.kind)) {
         count_frame(*this);
-        busy = 0;
         return 0;
     }
 
@@ -244,19 +259,20 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     count_frame(*this);
     orientation = orientation_;
 
-    // An unknown orientation leaves the detector busy for good: every later
-    // call returns 0. This lock-out is deliberate.
+    // The one call that keeps busy set: an unknown orientation leaves the
+    // detector busy for good, so every later call returns 0. This lock-out is
+    // deliberate (pinned by CApi.WrongOrientationLocksTheDetectorOut).
     if (static_cast<unsigned int>(orientation) > 1) {
         molo::log_print(molo::kLogError, "error! orientation is wrong.\n");
+        hold.keep();
         return 0;
     }
 
     const int w = down_width;
     const int h = down_height;
     const int n = w * h;
-    const bool small_tone = entry.kind == 3 || entry.kind == 4;
     min_area = static_cast<int>(static_cast<float>(n) * 0.0023f);
-    max_area = static_cast<int>(static_cast<float>(n) * (small_tone ? 0.05f : 0.12f));
+    max_area = static_cast<int>(static_cast<float>(n) * rules.max_area_share);
 
     std::memset(skin_mask, 0, static_cast<size_t>(n));
     const int skin_count = build_skin_mask(*this, entry.radius);
@@ -275,7 +291,7 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
         for (; i < n; ++i) labels[i] = mask[i] == 0 ? 1u : 0u;
     }
 
-    const unsigned char* seeds = small_tone ? seed_map_band : seed_map_full;
+    const unsigned char* seeds = rules.band_seeds ? seed_map_band : seed_map_full;
     const unsigned char seed_value = orientation == 0 ? 1 : 2;
     molo::RegionBox extents[kLastRegionLabel + 1];
     const int end_label = grow_regions(*this, seeds, seed_value, extents);
@@ -283,9 +299,8 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
         return molo::reject(*this, "%d:too many skin tone area. it should not be a finger.\n");
     }
 
-    const float compactness_limit = entry.kind == 3 ? 1.1f : 1.42f;
     const int best_area =
-        choose_candidate(*this, end_label, extents, entry.radius, compactness_limit);
+        choose_candidate(*this, end_label, extents, entry.radius, rules.compactness_limit);
     if (best_area > max_area) return molo::reject(*this, "%d:area is too big.\n");
     if (best_area < min_area) {
         const int largest = log_enabled != 0 ? largest_area(*this, end_label) : 0;

@@ -6,7 +6,6 @@
 namespace molo {
 
 int reject(Molo_FingerDetect& d, const char* format, int extra) {
-    d.busy = 0;
     d.have_detect = 0;
     if (d.log_enabled != 0) log_print(kLogDebug, format, d.db_index, extra);
     return 0;

@@ -7,8 +7,10 @@ namespace molo {
 // value 1 in the left strip (columns 0..9), 2 in the right strip (last 10
 // columns). The full map seeds the whole left edge; every other zone covers
 // only the corner squares (10 rows) and the middle band, leaving out the
-// quarter-height bands between them. On narrow grids the strips overlap: the
-// left strip is written first, then the right.
+// quarter-height bands between them; this asymmetry is kept (pinned by
+// Initialize.SeedZonesOfASixtyRowGrid). On narrow grids the strips overlap:
+// the left strip is written first, then the right (pinned by
+// Initialize.NarrowGridStripsOverlapRightOverLeft).
 void build_seed_maps(unsigned char* full, unsigned char* band, int w, int h);
 
 }  // namespace molo

@@ -65,7 +65,8 @@ bool corner_line_verdict(const CornerLineFigures& f, CornerLinePlacement& out,
     } else {
         // A strong corner on a line with off-line scatter and a long run
         // fails. On-line distances are always 0, so this never fires; the
-        // test is kept as it stands.
+        // test is kept as it stands (pinned by
+        // CornerLineVerdict.BranchesAtTheirBoundaries).
         if (f.line_dist_sum >
                 static_cast<float>(f.grid_width) * 0.000463f * static_cast<float>(f.grid_height) &&
             static_cast<float>(f.line_longest_run) >

@@ -51,7 +51,9 @@ int Molo_FingerDetect::HarrisCorner() {
     // column's sums serve the seven pixels whose windows hold it.
     //
     // A derivative is at most 69 times the largest mask byte in magnitude, so
-    // the products fit in int for any mask; the cross product is stored doubled.
+    // the products fit in int for any mask; the cross product is stored doubled,
+    // as the response expects (pinned by
+    // HarrisCorner.GradientProductsAreThoseOfTheDerivativeOperator).
     auto differentiate = [&](int k) {
         const int row = r0 + k;
         const size_t base = static_cast<size_t>(row) * w;

@@ -13,7 +13,8 @@ namespace molo {
 // the window is shifted inward instead of being clipped; the first and last
 // rows keep the left column at col - 1 even at the last column, so there the
 // window takes one byte past the row end (the planes carry a readable padding
-// byte). The corners (0, 0) and (height - 1, 0), and grids smaller than the
+// byte; pinned by Sobel3.FirstAndLastRowLastColumnReadOnePastTheRow). The
+// corners (0, 0) and (height - 1, 0), and grids smaller than the
 // window, count as flat (0).
 inline int sobel3_squared(const unsigned char* plane, int row, int col, int width, int height) {
     if (width < 3 || height < 3) return 0;

@@ -5,7 +5,8 @@
 
 void Molo_FingerDetect::Sobel5(unsigned char* plane, int row, int col, int width, int* vertical,
                                int* horizontal, int* /*reserved*/, int* angle) {
-    // The second row is deliberately not the mirror of the fourth.
+    // The second row is deliberately not the mirror of the fourth (pinned by
+    // Sobel5.AsymmetricVerticalKernelAndAngle).
     static const int kVertical[5][5] = {{-1, -2, -3, -2, -1},
                                         {-2, -4, -6, -8, -2},
                                         {0, 0, 0, 0, 0},
@@ -30,7 +31,8 @@ void Molo_FingerDetect::Sobel5(unsigned char* plane, int row, int col, int width
     if (v == 0) {
         *angle = -90;
     } else {
-        // The divisor is the single-precision value of 3.141592, widened.
+        // The divisor is the single-precision value of 3.141592, widened, on
+        // purpose; no test yet tells it from pi.
         const double degrees =
             std::atan(static_cast<double>(h) / static_cast<double>(v)) * 180.0 / 3.141592025756836;
         *angle = static_cast<int>(degrees);

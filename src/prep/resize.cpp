@@ -1,6 +1,7 @@
 // Area-averaging rescale of an interleaved chroma plane. The luma pointers are
 // accepted and left alone. Only out_height / 2 - 1 destination chroma rows are
-// written: the last one never is, a one-row shortfall kept on purpose.
+// written: the last one never is, a one-row shortfall kept on purpose (pinned
+// by Resize.HalvingAveragesTwoByTwoPairsAndSkipsTheLastRow).
 #include <cstdint>
 
 #include "molo/detector.h"
@@ -60,6 +61,8 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
                 dst[0] = static_cast<unsigned char>(a / n);
                 dst[1] = static_cast<unsigned char>(b / n);
             } else {
+                // The one message without a newline, kept so (pinned by
+                // Resize.EmptyBlockKeepsThePairAndLogs).
                 molo::log_print(molo::kLogError, "Error! maybe?");
             }
         }

@@ -20,8 +20,10 @@ struct Profile {
 
 // Fills entries first .. last with depth(entry, scan), where `scan` holds the
 // last depth found. It starts at 0 for the edge and is never reset, so a line
-// without a labelled cell repeats the previous entry's value. The minimum
-// starts from the grid's column count for every edge, row-wise ones too.
+// without a labelled cell repeats the previous entry's value (pinned by
+// CheckShape.EachEdgeProfilesDepthFromItselfAndRejectsTwoJumps). The minimum
+// starts from the grid's column count for every edge, row-wise ones too
+// (pinned by CheckShape.ProfileRules).
 template <typename Depth>
 Profile build_profile(float* values, int first, int last, int columns, Depth depth) {
     Profile p{values, first, last, 0.0f, static_cast<float>(columns)};

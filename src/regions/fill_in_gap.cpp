@@ -28,7 +28,8 @@ struct Extent {
 // right and bottom sides of the box even where those lie on the frame's edge,
 // while for a box touching neither the top nor the left edge the right and
 // bottom frame edges count as open sides. A box touching no frame edge keeps
-// all its holes.
+// all its holes. Pinned by
+// FillInGap.TheSidesAHoleMustAvoidDependOnWhereTheBoxLies.
 void Molo_FingerDetect::FillInGap() {
     const int rows = down_height;
     const int columns = down_width;

@@ -7,7 +7,8 @@
 
 // Each cell's position class is tested in a fixed order and the first match
 // decides which neighbours are read. Three corners follow from that order and
-// are kept as they are:
+// are kept as they are (pinned by
+// Perimeter.CountsSidesFacingOtherCellsAndReadsPastThreeCorners):
 //  - the top-right cell is in the first-row class, so its "right" neighbour is
 //    the next element of the plane, the first cell of row 1;
 //  - the bottom-left cell is in the first-column class, so its "down"

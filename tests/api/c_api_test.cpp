@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "MoloFingerDetect.h"
-#include "api/light_class.h"
+#include "detector/colour_rules.h"
 #include "common/log_capture.h"
 #include "common/synthetic_frame.h"
 
