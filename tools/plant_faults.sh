@@ -177,7 +177,8 @@ write_table() {
       name=$(basename "$patch" .patch)
       echo "| \`$name\` | ${folder[$name]} | ${kind[$name]} | ${before[$name]:-} | ${after[$name]:-} |"
     done
-  } >"$results"
+  } >"$results.new"
+  mv "$results.new" "$results"
 }
 
 for name in "${names[@]}"; do
