@@ -24,14 +24,14 @@ std::string missing(int tag) {
 
 struct Case {
     const char* name;
-    char type;  // 'g' 4 x 5 in one strip, 'w' grey 8000 x 3 in three, 'c' or 'p' 4 x 5
+    char type;  // 'g' 4 x 5 in one strip, 'w' grey 4000 x 6 in three of two rows, 'c' or 'p' 4 x 5
     std::function<void(WrittenTiff&)> edit;
     std::string message;
 };
 
 void expect_refused(const Case& c) {
     SCOPED_TRACE(c.name);
-    const int width = c.type == 'w' ? 8000 : 4, height = c.type == 'w' ? 3 : 5;
+    const int width = c.type == 'w' ? 4000 : 4, height = c.type == 'w' ? 6 : 5;
     WrittenTiff f(c.type == 'w' ? 'g' : c.type, width, height, [](int r, int col, int k) { return r + col + k; });
     c.edit(f);
 
