@@ -79,6 +79,20 @@ TEST_F(ColourDump, CropTakesChromaOfTheClampedSource) {
     }
 }
 
+// Sums of products in double precision, each rounded to a float before it is
+// clamped and truncated: G of the first block is 76 below Y exactly in
+// decimal, and comes out one lower in single precision or without that
+// rounding. The second block
+// takes the clamps.
+TEST_F(ColourDump, RoundsToFloatBeforeTruncating) {
+    Bytes nv21 = {167, 168, 255, 0, 169, 170, 0, 255, 180, 241, 255, 0};
+    ASSERT_EQ(TIFF_Save_YUV2RGB(nv21.data(), 4, 2, path("edge.tif")), 0);
+    const DumpImage img = read_image(path("edge.tif"));
+    EXPECT_EQ(img.plane[0], (Bytes{239, 240, 255, 178, 241, 242, 178, 255}));
+    EXPECT_EQ(img.plane[1], (Bytes{91, 92, 208, 0, 93, 94, 0, 208}));
+    EXPECT_EQ(img.plane[2], (Bytes{255, 255, 28, 0, 255, 255, 0, 28}));
+}
+
 // 3 x 3: one chroma row holding one pair and a spare byte. The last row and
 // column share that pair, and nothing past the buffer is read.
 TEST_F(ColourDump, OddFrameSharesTheLastChromaPair) {

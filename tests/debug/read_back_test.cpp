@@ -29,6 +29,25 @@ TEST_F(ReadBack, YuvConvertsBackByHand) {
     EXPECT_EQ(vu, (Bytes{146, 128, 99}));
 }
 
+// Flat blocks whose luma, V and U each differ by one when computed in single
+// precision.
+TEST_F(ReadBack, YuvIsComputedInDoublePrecision) {
+    const unsigned char blocks[3][3] = {{0, 72, 24}, {1, 170, 30}, {0, 249, 81}};
+    TIFF_IMG img;
+    ASSERT_EQ(get_TIFF(&img, 2, 6, 'c'), 0);
+    for (int p = 0; p < 3; ++p)
+        for (int i = 0; i < 12; ++i) img.color[p][i / 6][i % 6] = blocks[i % 6 / 2][p];
+    FILE* fp = std::fopen(path("blocks.tif"), "wb");
+    ASSERT_NE(fp, nullptr);
+    EXPECT_EQ(write_TIFF(fp, &img), 0);
+    std::fclose(fp);
+    free_TIFF(&img);
+    Bytes y(12), vu(6);
+    ASSERT_EQ(TIFF_readYUV(y.data(), vu.data(), 6, 2, path("blocks.tif")), 0);
+    EXPECT_EQ(y, (Bytes{44, 44, 103, 103, 155, 155, 44, 44, 103, 103, 155, 155}));
+    EXPECT_EQ(vu, (Bytes{95, 116, 55, 86, 17, 85}));
+}
+
 TEST_F(ReadBack, RefusesOtherSizesTypesAndMissingFiles) {
     Bytes src = {9, 8, 7, 6, 5, 4, 3, 2, 1, 0, 128, 128};  // 4 x 2 luma, then chroma
     ASSERT_EQ(TIFF_SaveY(src.data(), 4, 2, path("grey.tif")), 0);

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include "debug/tiff_builder.h"
+#include "debug/tiff_memory.h"
 #include "molo/debug.h"
 
 namespace {

@@ -10,19 +10,6 @@ using fingerdetect::frame_from_planar_420;
 using fingerdetect::picture_bytes_420;
 using fingerdetect::planar_420_from_frame;
 
-TEST(Frame, PlanarChromaIsInterleavedVBeforeU) {
-    const uint8_t y[8] = {1, 2, 3, 4, 5, 6, 7, 8};  // 4 x 2
-    const uint8_t u[2] = {10, 11};
-    const uint8_t v[2] = {20, 21};
-    Frame f;
-    f.allocate(4, 2, false);
-    frame_from_planar_420(y, u, v, f);
-    EXPECT_TRUE(f.v_first);
-    EXPECT_EQ(f.stride, 4);
-    EXPECT_EQ(f.y, std::vector<uint8_t>(y, y + 8));
-    EXPECT_EQ(f.vu, (std::vector<uint8_t>{20, 10, 21, 11}));
-}
-
 TEST(Frame, OddSizesKeepWholeChromaPairsInAnEvenStride) {
     // 5 x 3: chroma 3 x 2 per plane, rows of 6 bytes.
     EXPECT_EQ(picture_bytes_420(5, 3), 15u + 2 * 6);
@@ -31,6 +18,7 @@ TEST(Frame, OddSizesKeepWholeChromaPairsInAnEvenStride) {
     Frame f;
     f.allocate(5, 3);
     frame_from_planar_420(planar.data(), planar.data() + 15, planar.data() + 21, f);
+    EXPECT_TRUE(f.v_first);
     EXPECT_EQ(f.stride, 6);
     EXPECT_EQ(f.y[5], 4);    // padding repeats the row's last pixel
     EXPECT_EQ(f.y[6], 5);    // second row starts on the stride
@@ -57,6 +45,8 @@ TEST(Frame, ExtentsAreDecimalWithinTheLimit) {
     int v = 0;
     EXPECT_TRUE(fingerdetect::parse_extent("16384", v));
     EXPECT_EQ(v, 16384);
+    EXPECT_TRUE(fingerdetect::parse_extent("000640", v));  // up to six digits, leading zeros too
+    EXPECT_EQ(v, 640);
     for (const char* bad : {"", "0", "16385", "12a", "-4", "+4", " 4", "1234567"}) {
         EXPECT_FALSE(fingerdetect::parse_extent(bad, v)) << bad;
     }

@@ -115,10 +115,6 @@ TEST(Tool, DemoReportsOnlyAConfirmedFingerAndDrawsEachDecision) {
 }
 
 TEST(Tool, ReadsStandardInputAndKeepsTheFramesBeforeATruncation) {
-    const auto whole = run_tool({"-", "--meta", "/dev/null"}, y4m_stream(64, 48, 3));
-    EXPECT_EQ(whole.status, 1);  // an empty meta file has no rows
-    EXPECT_NE(whole.last_err_line().find("--meta: /dev/null: no rows"), std::string::npos);
-
     const auto ok = run_tool({"-", "--json"}, y4m_stream(64, 48, 3));
     EXPECT_EQ(ok.status, 0) << ok.err;
     const auto lines = ok.out_lines();
@@ -143,10 +139,6 @@ TEST(Tool, RawFramesAndPerFrameCameraState) {
     const auto run = run_tool({"--size", "64x48", "--meta", meta, "--orientation", "1", clip});
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(decisions(run).size(), 3u);
-
-    const auto bad = run_tool({"--size", "64x48", clip + ".missing"});
-    EXPECT_EQ(bad.status, 1);
-    EXPECT_NE(bad.last_err_line().find("cannot open"), std::string::npos);
     const auto unsized = run_tool({clip});
     EXPECT_EQ(unsized.status, 1);
     EXPECT_NE(unsized.last_err_line().find("raw NV21 frames need --size WxH"), std::string::npos);
@@ -167,16 +159,14 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         {{"--bogus"}, "", 2, "unknown option --bogus (see --help)"},
         {{"-"}, "", 1, "standard input is empty"},
         {{"-"}, "YUV4MPEG2 W64 H48 C444\n", 1, "chroma layout \"C444\" is not supported"},
-        {{"-"}, "YUV4MPEG2 W64 H48 It\n", 1, "interlaced"},
         {{"-"}, "YUV4MPEG2 W64 H48\n", 1, "the input holds no frames"},
-        {{"-"}, "YUV4MPEG2 W64 H48\nFRAME", 1, "frame 0 is truncated"},
         {{"--meta", "/nonexistent.csv", "-"}, "", 1, "--meta: cannot open /nonexistent.csv"},
+        {{"-", "--meta", "/dev/null"}, y4m_stream(64, 48, 3), 1, "--meta: /dev/null: no rows"},
         {{"--dump", "/proc/version", "-"}, y4m_stream(64, 48, 1), 1, "not a directory"},
         {{"--annotate", "/nonexistent/a.y4m", "-"}, y4m_stream(64, 48, 1), 1, "cannot create"},
         {{"missing.tif"}, "", 1, "cannot open missing.tif"},
-        {{"/"}, "", 1, "cannot read /: it is a directory"},
+        {{"--size", "64x48", "missing.nv21"}, "", 1, "cannot open missing.nv21"},
         {{folder}, "", 1, "cannot read " + folder + ": it is a directory"},
-        {{"--meta", "/", "-"}, "", 1, "--meta: cannot read /: it is a directory"},
         {{"--gain", "1e-50", "demo"}, "", 2, "bad --gain \"1e-50\""},  // 0 as a float
     };
     for (const Case& c : cases) {
@@ -187,17 +177,6 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
     }
     EXPECT_EQ(run_tool({"--help"}).status, 0);
     rmdir(folder.c_str());
-}
-
-TEST(Tool, AnnotationNeverOverwritesTheInput) {
-    const std::string path = scratch_path("clip.y4m");
-    const std::string clip = y4m_stream(64, 48, 2);
-    write_file(path, clip);
-    const auto run = run_tool({path, "--annotate", path});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.last_err_line().find("would overwrite the input"), std::string::npos) << run.err;
-    EXPECT_EQ(read_file(path), clip);
-    std::remove(path.c_str());
 }
 
 TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
