@@ -2,6 +2,7 @@
 // and the destination row it never writes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "common/detector_fixture.h"
@@ -23,7 +24,7 @@ std::vector<uint8_t> numbered_chroma(int pairs, int rows) {
 
 }  // namespace
 
-TEST(Resize, HalvingAveragesTwoByTwoPairsAndSkipsTheLastRow) {
+TEST(Resize, HalvingAveragesTwoByTwoPairsSkipsTheLastRowAndEmptyBlocksLog) {
     ScopedDetector d(8, 8);
     LogCapture log;
     std::vector<uint8_t> in = numbered_chroma(320, 240);
@@ -47,4 +48,10 @@ TEST(Resize, HalvingAveragesTwoByTwoPairsAndSkipsTheLastRow) {
     for (int i = 119 * 320; i < 120 * 320; ++i) ASSERT_EQ(out[i], 0xEE);  // row 119 untouched
     EXPECT_EQ(luma, std::vector<uint8_t>(320 * 240, 77));
     EXPECT_TRUE(log.messages().empty());
+    // Enlarging 2x gives pair 1 of each row the empty block [1, 1): it keeps
+    // its bytes, and the call logs.
+    std::fill(out.begin(), out.end(), 0xEE);
+    d->resize(nullptr, in.data(), nullptr, out.data(), 8, 8, 8, 16, 16);
+    EXPECT_EQ(out[2], 0xEE);
+    EXPECT_EQ(log.messages().at(0), (LoggedMessage{6, "Error! maybe?"}));
 }
