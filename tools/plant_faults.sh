@@ -107,12 +107,71 @@ cmake -S "$tree" -B "$build" -DMOLO_WERROR=ON -DMOLO_BUILD_JAVA=ON -DMOLO_BUILD_
 echo "building the unchanged tree"
 cmake --build "$build" -j2 >"$scratch/build.log" 2>&1 || { tail -30 "$scratch/build.log"; exit 1; }
 
+# The suite in two steps. First the GoogleTest programs, each run whole in
+# one process and stopping at its first failure: they hold most of the tests,
+# and ctest would start a process per test. Then ctest runs the other tests
+# (scripts, bindings, packaging), stopping at the first failure. Prints the
+# first failing test and fails, or prints nothing.
+unit_programs=(tests/molo_tests tests/tools/molo_tool_tests tests/android/molo_android_backend_test
+               tests/molo_alloc_test)
+unit_tests=""
+for program in "${unit_programs[@]}"; do
+  unit_tests+=$("$build/$program" --gtest_list_tests |
+                awk '/^[^ ]/ { suite = $1 } /^  / { printf "|%s%s", suite, $1 }')
+done
+unit_tests=${unit_tests#|}
+first() { awk 'NR == 1 { print } END { exit NR == 0 }'; }
 run_suite() {
-  ctest --test-dir "$build" --stop-on-failure -j2 --timeout 300 -LE soak -E '^Python\.PipInstall$' \
-        >"$scratch/ctest.log" 2>&1
+  local program log="$scratch/suite.log"
+  for program in "${unit_programs[@]}"; do
+    if ! (cd "$build/$(dirname "$program")" &&
+          timeout 300 "./$(basename "$program")" --gtest_fail_fast) >"$log" 2>&1; then
+      sed -nE 's/^\[  FAILED  \] ([^ ,]+).*/\1/p' "$log" | first ||
+        sed -nE 's/^\[ RUN      \] (.*)/\1 (crashed or hung)/p' "$log" | tac | first ||
+        basename "$program"
+      return 1
+    fi
+  done
+  if ! ctest --test-dir "$build" --stop-on-failure -j2 --timeout 300 -LE soak \
+         -E "^(Python\.PipInstall|${unit_tests//./\\.})\$" >"$log" 2>&1; then
+    sed -nE 's/.*Test +#[0-9]+: ([^ ]+) .*\*\*\*.*/\1/p' "$log" | first || echo "ctest"
+    return 1
+  fi
 }
-first_failure() {
-  sed -nE 's/.*Test +#[0-9]+: ([^ ]+) .*\*\*\*.*/\1/p' "$scratch/ctest.log" | head -1
+
+# The unchanged tree must pass, or every fault would look caught.
+if failed=$(run_suite); then :; else
+  echo "the unchanged tree fails the suite ($failed); see $scratch/suite.log" >&2
+  exit 1
+fi
+
+# The table: one row per fault; the column of this run takes the outcomes,
+# everything else keeps the values the table held. Rewritten after every
+# fault, so an interrupted run keeps what it found.
+write_table() {
+  declare -A before=() after=()
+  if [ -f "$results" ]; then
+    while IFS='|' read -r _ name _ _ b a _; do
+      name=$(echo "$name" | tr -d ' `')
+      before[$name]=$(echo "$b" | sed -E 's/^ +| +$//g')
+      after[$name]=$(echo "$a" | sed -E 's/^ +| +$//g')
+    done < <(grep -E '^\| `' "$results")
+  fi
+  while IFS=$'\t' read -r name outcome _; do
+    if [ "$column" = before ]; then before[$name]=$outcome; else after[$name]=$outcome; fi
+  done <"$outcomes"
+  mkdir -p "$(dirname "$results")"
+  text=""
+  [ -f "$results" ] && text=$(sed -n '/^| fault |/q;p' "$results")
+  {
+    [ -n "$text" ] && printf '%s\n\n' "$text"
+    echo "| fault | folder | kind | before the cut | after the cut |"
+    echo "|---|---|---|---|---|"
+    for patch in "$faults_dir"/*.patch; do
+      name=$(basename "$patch" .patch)
+      echo "| \`$name\` | $(folder_of "$name") | $(kind_of "$name") | ${before[$name]:-} | ${after[$name]:-} |"
+    done
+  } >"$results"
 }
 
 for name in "${names[@]}"; do
@@ -121,41 +180,17 @@ for name in "${names[@]}"; do
   planted=$name
   if ! cmake --build "$build" -j2 >"$scratch/build.log" 2>&1; then
     outcome="caught by the build"
-  elif run_suite; then
+  elif failed=$(run_suite); then
     outcome="missed"
   else
-    outcome="caught: $(first_failure)"
+    outcome="caught: $failed"
   fi
   in_tree git apply -R "$faults_dir/$name.patch"
   planted=""
   printf '%s\t%s\t%s\n' "$name" "$outcome" "$((SECONDS - start))" >>"$outcomes"
   printf '%-44s %-40s %4ds\n' "$name" "$outcome" "$((SECONDS - start))"
+  write_table
 done
 
-# The table: one row per fault; the column of this run takes the outcomes,
-# everything else keeps the values the table held.
-declare -A before=() after=()
-if [ -f "$results" ]; then
-  while IFS='|' read -r _ name _ _ b a _; do
-    name=$(echo "$name" | tr -d ' `')
-    before[$name]=$(echo "$b" | sed -E 's/^ +| +$//g')
-    after[$name]=$(echo "$a" | sed -E 's/^ +| +$//g')
-  done < <(grep -E '^\| `' "$results")
-fi
-while IFS=$'\t' read -r name outcome _; do
-  if [ "$column" = before ]; then before[$name]=$outcome; else after[$name]=$outcome; fi
-done <"$outcomes"
-mkdir -p "$(dirname "$results")"
-text=""
-[ -f "$results" ] && text=$(sed -n '/^| fault |/q;p' "$results")
-{
-  [ -n "$text" ] && printf '%s\n\n' "$text"
-  echo "| fault | folder | kind | before the cut | after the cut |"
-  echo "|---|---|---|---|---|"
-  for patch in "$faults_dir"/*.patch; do
-    name=$(basename "$patch" .patch)
-    echo "| \`$name\` | $(folder_of "$name") | $(kind_of "$name") | ${before[$name]:-} | ${after[$name]:-} |"
-  done
-} >"$results"
 echo "$(wc -l <"$outcomes") faults: $(grep -c $'\tmissed\t' "$outcomes" || true) missed;" \
      "$((SECONDS)) s in all; table in $results"
