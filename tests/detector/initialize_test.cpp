@@ -14,7 +14,8 @@ TEST(Initialize, WorkingSizeIsAnEighthMadeEvenNegativeCountsAsZeroAbsurdIsRefuse
     for (const Case& c : {Case{640, 480, 640, 480, 80, 60}, Case{1000, 720, 1000, 720, 124, 90},
                           Case{1920, 1080, 1920, 1080, 240, 134}, Case{15, 15, 15, 15, 0, 0},
                           Case{16, 16, 16, 16, 2, 2}, Case{176, 144, 176, 144, 22, 18},
-                          Case{-5, 480, 0, 480, 0, 60}, Case{640, -1, 640, 0, 80, 0}}) {
+                          Case{-5, 480, 0, 480, 0, 60}, Case{640, -1, 640, 0, 80, 0},
+                          Case{16384, 16, 16384, 16, 2048, 2}}) {
         Molo_FingerDetect d;
         EXPECT_EQ(d.Initialize(c.width, c.height, nullptr), MOLO_INIT_OK) << c.width << "x" << c.height;
         EXPECT_EQ(d.width, c.stored_width);
@@ -25,7 +26,7 @@ TEST(Initialize, WorkingSizeIsAnEighthMadeEvenNegativeCountsAsZeroAbsurdIsRefuse
         d.Finalize(nullptr, 0);
     }
     Molo_FingerDetect huge;
-    EXPECT_EQ(huge.Initialize(100000, 480, nullptr), MOLO_INIT_BAD_SIZE);
+    EXPECT_EQ(huge.Initialize(16385, 480, nullptr), MOLO_INIT_BAD_SIZE);
     EXPECT_EQ(huge.down_y, nullptr);
 }
 

@@ -96,3 +96,16 @@ TEST(Pipeline, RegionsGrowOnlyFromTheEntrySideAndTheLargestIsReported) {
     EXPECT_EQ(t.run(f, 0).at(0), std::string("0:") + kTooSmall + "8\n");
     EXPECT_EQ(t.run(f, 1).at(0), "0:area is too big.\n");
 }
+
+TEST(Pipeline, EqualCandidatesGoToTheLowerLabel) {
+    // Two like squares on the left edge, of one tone: the same mean colour
+    // distance, so the upper one, labelled first, is the candidate. Entry 0
+    // alone is tried, as before the warm-up.
+    Logged t(640, 480);
+    Nv21Frame f = background(640, 480);
+    f.paint(16, 28, 0, 12, kLuma, kSkinFirst, kSkinSecond);
+    f.paint(34, 46, 0, 12, kLuma, kSkinFirst, kSkinSecond);
+    t.d->execute(f.y_plane(), f.vu_plane(), 0, true, f.stride, 1, 2.0f, 5000, nullptr, nullptr);
+    EXPECT_EQ(t.d->box_top, 16);
+    EXPECT_EQ(t.d->box_bottom, 27);
+}
