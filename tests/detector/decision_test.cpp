@@ -1,6 +1,7 @@
 // The tests applied to a chosen candidate, on hand-made working images.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -162,7 +163,11 @@ TEST(Decision, CommonColourElsewhereRejects) {
     // runs only when skin covers over 5 % of the grid.
     Candidate skin_check;
     scene(skin_check, 200, 0.06f);
+    std::fill(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 1);
     EXPECT_EQ(skin_check.decide(20), similar);
+    // The rejection leaves the finger mask empty.
+    EXPECT_EQ(std::count(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 0),
+              skin_check.d.cells());
     Candidate no_skin_check;
     scene(no_skin_check, 200, 0.05f);
     EXPECT_NE(no_skin_check.decide(20), similar);
