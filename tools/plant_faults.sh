@@ -148,13 +148,19 @@ fi
 # The table: one row per fault; the column of this run takes the outcomes,
 # everything else keeps the values the table held. Rewritten after every
 # fault, so an interrupted run keeps what it found.
+declare -A folder=() kind=()
+for patch in "$faults_dir"/*.patch; do
+  name=$(basename "$patch" .patch)
+  folder[$name]=$(folder_of "$name")
+  kind[$name]=$(kind_of "$name")
+done
 write_table() {
   declare -A before=() after=()
   if [ -f "$results" ]; then
     while IFS='|' read -r _ name _ _ b a _; do
-      name=$(echo "$name" | tr -d ' `')
-      before[$name]=$(echo "$b" | sed -E 's/^ +| +$//g')
-      after[$name]=$(echo "$a" | sed -E 's/^ +| +$//g')
+      name=${name//[ \`]/}
+      b=${b#"${b%%[! ]*}"} a=${a#"${a%%[! ]*}"}
+      before[$name]=${b%"${b##*[! ]}"} after[$name]=${a%"${a##*[! ]}"}
     done < <(grep -E '^\| `' "$results")
   fi
   while IFS=$'\t' read -r name outcome _; do
@@ -169,9 +175,10 @@ write_table() {
     echo "|---|---|---|---|---|"
     for patch in "$faults_dir"/*.patch; do
       name=$(basename "$patch" .patch)
-      echo "| \`$name\` | $(folder_of "$name") | $(kind_of "$name") | ${before[$name]:-} | ${after[$name]:-} |"
+      echo "| \`$name\` | ${folder[$name]} | ${kind[$name]} | ${before[$name]:-} | ${after[$name]:-} |"
     done
-  } >"$results"
+  } >"$results.new"
+  mv "$results.new" "$results"
 }
 
 for name in "${names[@]}"; do
