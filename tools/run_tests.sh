@@ -45,8 +45,8 @@ if [ -z "${1:-}" ]; then
   packages+=(default-jdk-headless junit5
              pybind11-dev python3-pybind11 python3-dev python3-numpy python3-pytest
              python3-setuptools python3-wheel python3-venv python3-pip)
-  # The evaluation's plots, and the browser its report test opens the page in.
-  packages+=(python3-matplotlib chromium chromium-driver python3-selenium)
+  # The evaluation's plots (its report test decodes them with python3-pil).
+  packages+=(python3-matplotlib)
   cmake_args+=(-DMOLO_BUILD_JAVA=ON -DMOLO_BUILD_PYTHON=ON -DPython3_EXECUTABLE=/usr/bin/python3)
 fi
 source "$root/tools/install_packages.sh"

@@ -1,13 +1,13 @@
 // Steady-state frames allocate nothing: every allocation of the process is
 // counted while frames run, serially and in parallel, through searching
 // (every colour entry tried), tracking and reporting. Built without
-// sanitizers only, since this program replaces the C allocator's entry points
-// and the global operator new and delete to count them.
+// sanitizers only, since this program replaces the C allocator's entry points,
+// which the C++ runtime's operator new calls too, to count them.
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
-#include <new>
 
 #include "MoloFingerDetect.h"
 #include "common/synthetic_frame.h"
@@ -26,18 +26,6 @@ void count() {
     if (g_counting.load(std::memory_order_relaxed)) g_allocations.fetch_add(1);
 }
 
-void* checked(void* p) {
-    if (p == nullptr) throw std::bad_alloc();
-    return p;
-}
-void* new_block(size_t n) {
-    count();
-    return __libc_malloc(n != 0 ? n : 1);
-}
-void* new_aligned(size_t n, std::align_val_t alignment) {
-    count();
-    return __libc_memalign(static_cast<size_t>(alignment), n != 0 ? n : 1);
-}
 }  // namespace
 
 extern "C" void* malloc(size_t n) {
@@ -56,35 +44,17 @@ extern "C" void* memalign(size_t alignment, size_t n) {
     count();
     return __libc_memalign(alignment, n);
 }
+extern "C" void* aligned_alloc(size_t alignment, size_t n) {
+    count();
+    return __libc_memalign(alignment, n);
+}
+extern "C" int posix_memalign(void** out, size_t alignment, size_t n) {
+    count();
+    *out = __libc_memalign(alignment, n);
+    return *out != nullptr || n == 0 ? 0 : ENOMEM;
+}
 extern "C" void free(void* p) { __libc_free(p); }
-
-// The replaceable global allocation functions, plain, nothrow and aligned.
-void* operator new(size_t n) { return checked(new_block(n)); }
-void* operator new[](size_t n) { return checked(new_block(n)); }
-void* operator new(size_t n, const std::nothrow_t&) noexcept { return new_block(n); }
-void* operator new[](size_t n, const std::nothrow_t&) noexcept { return new_block(n); }
-void* operator new(size_t n, std::align_val_t a) { return checked(new_aligned(n, a)); }
-void* operator new[](size_t n, std::align_val_t a) { return checked(new_aligned(n, a)); }
-void* operator new(size_t n, std::align_val_t a, const std::nothrow_t&) noexcept {
-    return new_aligned(n, a);
-}
-void* operator new[](size_t n, std::align_val_t a, const std::nothrow_t&) noexcept {
-    return new_aligned(n, a);
-}
-void operator delete(void* p) noexcept { __libc_free(p); }
-void operator delete[](void* p) noexcept { __libc_free(p); }
-void operator delete(void* p, size_t) noexcept { __libc_free(p); }
-void operator delete[](void* p, size_t) noexcept { __libc_free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { __libc_free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { __libc_free(p); }
-void operator delete(void* p, std::align_val_t) noexcept { __libc_free(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { __libc_free(p); }
-void operator delete(void* p, size_t, std::align_val_t) noexcept { __libc_free(p); }
-void operator delete[](void* p, size_t, std::align_val_t) noexcept { __libc_free(p); }
-void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept { __libc_free(p); }
-void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept {
-    __libc_free(p);
-}
+// The C++ runtime's operator new and delete, plain and aligned, come here.
 
 namespace {
 void* volatile g_escape;

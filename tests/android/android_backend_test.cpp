@@ -11,6 +11,7 @@
 #include <cstring>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "molo/support.h"
@@ -18,14 +19,8 @@
 
 namespace {
 
-struct PlatformLine {
-    int priority;
-    std::string tag;
-    std::string text;
-    bool operator==(const PlatformLine& o) const {
-        return priority == o.priority && tag == o.tag && text == o.text;
-    }
-};
+// Priority, tag and text of a line handed to the system log.
+using PlatformLine = std::tuple<int, std::string, std::string>;
 
 std::vector<PlatformLine> g_lines;
 std::map<std::string, std::string> g_properties;
@@ -39,7 +34,7 @@ extern "C" int __android_log_print(int prio, const char* tag, const char* fmt, .
     va_start(args, fmt);
     const int n = std::vsnprintf(text, sizeof text, fmt, args);
     va_end(args);
-    g_lines.push_back({prio, tag, text});
+    g_lines.emplace_back(prio, tag, text);
     return n;
 }
 

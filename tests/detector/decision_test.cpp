@@ -1,6 +1,7 @@
 // The tests applied to a chosen candidate, on hand-made working images.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -74,12 +75,9 @@ TEST(Decision, TallRegionOnTheLeftEdgeNeedsBorderAndHeight) {
     Candidate t;
     t.paint(20, 40, 0, 10);
     EXPECT_EQ(t.decide(16), kShape);  // 16 * 1.2 < 20 rows
-    EXPECT_EQ(t.d->box_top, 20);
-    EXPECT_EQ(t.d->box_bottom, 39);
-    EXPECT_EQ(t.d->box_left, 0);
-    EXPECT_EQ(t.d->box_right, 9);
-    EXPECT_EQ(t.d->busy, 0);
-    EXPECT_EQ(t.d->have_detect, 0);
+    EXPECT_EQ((std::vector<int>{t.d->box_top, t.d->box_bottom, t.d->box_left, t.d->box_right,
+                                t.d->busy, t.d->have_detect}),
+              (std::vector<int>{20, 39, 0, 9, 0, 0}));
     EXPECT_NE(t.decide(17), kShape);  // 17 * 1.2 >= 20, and taller than wide
 }
 
@@ -116,20 +114,16 @@ TEST(Decision, UnanchoredRegionMustReachThreeThousandthsOfTheGrid) {
 }
 
 TEST(Decision, DarkRegionMustBeSixtyLevelsBelowItsSurround) {
-    Candidate t;
-    for (int i = 0; i < t.d.cells(); ++i) t.d->down_y[i] = 70;
-    t.paint(0, 20, 0, 12, 20);  // anchored, mean luma 20, surround 70
-    EXPECT_EQ(t.decide(20), "0:Finger too dark.\n");
-
-    Candidate darker;
-    for (int i = 0; i < darker.d.cells(); ++i) darker.d->down_y[i] = 81;
-    darker.paint(0, 20, 0, 12, 20);  // 81 - 20 >= 60
-    EXPECT_NE(darker.decide(20), "0:Finger too dark.\n");
-
-    Candidate dim;  // mean luma 30 skips the darkness test
-    for (int i = 0; i < dim.d.cells(); ++i) dim.d->down_y[i] = 70;
-    dim.paint(0, 20, 0, 12, 30);
-    EXPECT_NE(dim.decide(20), "0:Finger too dark.\n");
+    // Anchored candidates of mean luma 20 or 30 in a surround of 70 or 81:
+    // 81 - 20 >= 60 passes, and a mean of 30 skips the test.
+    const struct { uint8_t surround, luma; bool dark; } cases[] = {{70, 20, true}, {81, 20, false},
+                                                                   {70, 30, false}};
+    for (const auto& k : cases) {
+        Candidate t;
+        for (int i = 0; i < t.d.cells(); ++i) t.d->down_y[i] = k.surround;
+        t.paint(0, 20, 0, 12, k.luma);
+        EXPECT_EQ(t.decide(20) == "0:Finger too dark.\n", k.dark) << int(k.surround) << " " << int(k.luma);
+    }
 }
 
 TEST(Decision, BrightRegionsAreGreyObjectsOnlyForKindsTwoAndFour) {
@@ -169,7 +163,11 @@ TEST(Decision, CommonColourElsewhereRejects) {
     // runs only when skin covers over 5 % of the grid.
     Candidate skin_check;
     scene(skin_check, 200, 0.06f);
+    std::fill(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 1);
     EXPECT_EQ(skin_check.decide(20), similar);
+    // The rejection leaves the finger mask empty.
+    EXPECT_EQ(std::count(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 0),
+              skin_check.d.cells());
     Candidate no_skin_check;
     scene(no_skin_check, 200, 0.05f);
     EXPECT_NE(no_skin_check.decide(20), similar);

@@ -18,6 +18,7 @@
 #include "common/synthetic_frame.h"
 #include "molo/c_api.h"
 #include "molo/detector.h"
+#include "prep/parallel_rows.h"
 
 #ifndef MOLO_TEST_DATA_DIR
 #error "MOLO_TEST_DATA_DIR must name the folder of the committed digests"
@@ -180,20 +181,29 @@ std::string hex(uint64_t v) {
 
 }  // namespace
 
+// Serially and over four execution contexts with every row loop split, so
+// the results cannot depend on the number of threads either.
 TEST(PlatformDigest, SyntheticClipsMatchTheCommittedDigest) {
-    Digest all;
-    const bool print = std::getenv("MOLO_PRINT_DIGESTS") != nullptr;
-    for (const Clip& c : clips()) {
-        const ClipOutcome outcome = run_clip(c, 7);
-        all.number(static_cast<int64_t>(outcome.digest));
-        if (print) {
-            std::printf("%s %-28s %d reports, %zu messages\n", hex(outcome.digest).c_str(), c.name,
-                        outcome.reports, outcome.messages);
-        }
-    }
     std::ifstream committed(std::string(MOLO_TEST_DATA_DIR) + "/platform_digest.txt");
     std::string expected;
     committed >> expected;
-    EXPECT_EQ(hex(all.value()), expected)
-        << "results differ from the committed digest; rerun with MOLO_PRINT_DIGESTS=1";
+    const bool print = std::getenv("MOLO_PRINT_DIGESTS") != nullptr;
+    molo::set_parallel_work_threshold(0);
+    for (int contexts : {1, 4}) {
+        molo::set_execution_contexts(contexts);
+        Digest all;
+        for (const Clip& c : clips()) {
+            const ClipOutcome outcome = run_clip(c, 7);
+            all.number(static_cast<int64_t>(outcome.digest));
+            if (print) {
+                std::printf("%s %-28s %d reports, %zu messages\n", hex(outcome.digest).c_str(),
+                            c.name, outcome.reports, outcome.messages);
+            }
+        }
+        EXPECT_EQ(hex(all.value()), expected)
+            << contexts << " contexts: results differ from the committed digest; rerun with "
+            << "MOLO_PRINT_DIGESTS=1";
+    }
+    molo::set_execution_contexts(0);
+    molo::set_parallel_work_threshold(-1);
 }

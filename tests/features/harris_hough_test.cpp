@@ -80,6 +80,7 @@ TEST(HarrisHough, RoundRegionPassesRectangleFailsOnItsCorners) {
     ScopedDetector box(80, 60);
     draw(box, box->finger_mask, [](int r, int c) { return in_rect(r, c, 10, 15, 39, 59); });
     EXPECT_FALSE(box->HarrisHough());
+    EXPECT_FALSE(box->HarrisHough());  // a second call counts the outline afresh
     EXPECT_EQ(box->edge_count, 2 * 30 + 2 * 43);
     // Its corner map covers the box grown by 3 (ends exclusive), responds
     // negatively along the straight sides and most strongly near the first

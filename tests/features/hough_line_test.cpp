@@ -15,7 +15,7 @@ TEST(HoughLine, StraightSegmentGivesItsVotesAndRun) {
         return (r == 60 && c >= 20 && c < 120) || (c == 20 && r > 60 && r <= 100) ||
                (r == 59 && c == 150);
     });
-    d->HoughLine();
+    const double score = d->HoughLine();
     // Votes, angle, rho index and longest run of the main line, then of the
     // second. Row 59 lies half a step off the row; the distance is truncated
     // before the test, so it counts as on the line and starts the run. The
@@ -24,6 +24,9 @@ TEST(HoughLine, StraightSegmentGivesItsVotesAndRun) {
     EXPECT_EQ((std::vector<int>{d->peak_votes, d->peak_angle, d->peak_rho, d->line_longest_run,
                                 d->second_votes, d->second_angle, d->second_rho, d->second_longest_run}),
               (std::vector<int>{100, 0, 60 + 274, 101, 41, 90, 20 + 274, 40}));
+    // Centre over flanks of the vote profile, squared, times votes per
+    // outline cell and the profile's variance.
+    EXPECT_NEAR(score, 8.6155449, 1e-6);
     // Around angle 0 the neighbourhood wraps to the last angles.
     EXPECT_EQ(d->near_angles[0], 165);
     EXPECT_EQ(d->near_angles[30], 15);

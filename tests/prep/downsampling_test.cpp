@@ -4,7 +4,6 @@
 
 #include "common/detector_fixture.h"
 #include "common/synthetic_frame.h"
-#include "prep/parallel_rows.h"
 
 namespace {
 
@@ -30,42 +29,14 @@ void texture(Nv21Frame& f) {
 
 }  // namespace
 
-TEST(DownSampling, UniformFrameAndPairOrder) {
+TEST(DownSampling, EveryModeButOneTakesThePairsSwapped) {
     ScopedDetector d(80, 60);
     Nv21Frame f(640, 480, 200, 120, 130);
-    downsample(d, f, 1);
-    EXPECT_EQ(plane(d->down_y, 80 * 60), std::vector<uint8_t>(80 * 60, 200));
-    EXPECT_EQ(d->down_vu[80 * 30 - 2], 120);
-    EXPECT_EQ(d->down_vu[80 * 30 - 1], 130);
-    for (int mode : {0, 2}) {
+    for (int mode : {1, 0, 2, -1}) {
         downsample(d, f, mode);
-        EXPECT_EQ(d->down_vu[0], 130) << "mode " << mode;
-        EXPECT_EQ(d->down_vu[1], 120) << "mode " << mode;
+        EXPECT_EQ(d->down_vu[0], mode == 1 ? 120 : 130) << "mode " << mode;
+        EXPECT_EQ(d->down_vu[80 * 30 - 1], mode == 1 ? 130 : 120) << "mode " << mode;
     }
-}
-
-TEST(DownSampling, MeansTruncate) {
-    ScopedDetector d(4, 4);
-    Nv21Frame f(32, 32, 0, 0, 0);
-    // Block (0, 0) sums to 16319 (mean 254.98), block (0, 1) to 127 (1.98).
-    for (int dy = 0; dy < 8; ++dy) {
-        for (int dx = 0; dx < 8; ++dx) {
-            f.y[dy * 32 + dx] = 255;
-            f.y[dy * 32 + 8 + dx] = 2;
-        }
-    }
-    f.y[0] = 254;
-    f.y[8] = 1;
-    // Chroma pair 0: first bytes sum to 63, second bytes to 64.
-    for (int i = 0; i < 64; ++i) {
-        f.vu[(i / 8) * 32 + 2 * (i % 8)] = i == 0 ? 0 : 1;
-        f.vu[(i / 8) * 32 + 2 * (i % 8) + 1] = 1;
-    }
-    downsample(d, f, 1);
-    EXPECT_EQ(d->down_y[0], 254);
-    EXPECT_EQ(d->down_y[1], 1);
-    EXPECT_EQ(d->down_vu[0], 0);
-    EXPECT_EQ(d->down_vu[1], 1);
 }
 
 TEST(DownSampling, StridePaddingAndCroppedRemainderAreNeverRead) {
@@ -93,19 +64,4 @@ TEST(DownSampling, StridePaddingAndCroppedRemainderAreNeverRead) {
     downsample(d, padded, 1);
     EXPECT_EQ(plane(d->down_y, 124 * 62), y);
     EXPECT_EQ(plane(d->down_vu, 124 * 31), vu);
-}
-
-TEST(DownSampling, SerialAndParallelAgree) {
-    ScopedDetector d(240, 134);
-    Nv21Frame f(1920, 1080, 0, 0, 0);
-    texture(f);
-    molo::set_execution_contexts(1);
-    downsample(d, f, 0);
-    const auto y = plane(d->down_y, 240 * 134);
-    const auto vu = plane(d->down_vu, 240 * 67);
-    molo::set_execution_contexts(4);
-    downsample(d, f, 0);
-    molo::set_execution_contexts(0);
-    EXPECT_EQ(plane(d->down_y, 240 * 134), y);
-    EXPECT_EQ(plane(d->down_vu, 240 * 67), vu);
 }

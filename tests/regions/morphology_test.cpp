@@ -7,6 +7,7 @@ TEST(Erode, DiagonalCrossWithClampedBorder) {
     // A 1 whose straight neighbours are 0 survives on its diagonals; of a
     // solid 3 x 3 block only the centre survives.
     paint(d, d->finger_mask, {"", ".1.1", "..1", ".1.1", "....111", "....111", "....111"});
+    draw(d, d->edge_map, [](int, int) { return 1; });  // the scratch plane starts dirty
     d->Erode();
     EXPECT_EQ(picture(d, d->finger_mask),
               (Picture{"........", "........", "..1.....", "........", "........", ".....1..",

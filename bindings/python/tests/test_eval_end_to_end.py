@@ -1,13 +1,15 @@
 """The evaluation command over the demo clip written as a dataset, and its
-report page opened in a headless browser."""
+report page."""
 
+import base64
+import io
 import json
-import shutil
+import re
 import subprocess
 import sys
-import tempfile
 
 import pytest
+from PIL import Image
 
 from molo_fingerdetect.clip_run import run_clip
 from molo_fingerdetect.dataset import load_dataset
@@ -81,35 +83,14 @@ def test_bad_command_line_exits_2(dataset):
         assert subprocess.run(command + arguments, capture_output=True).returncode == 2
 
 
-def test_report_opens_in_a_headless_browser(dataset, run):
-    chromium, driver_path = shutil.which("chromium"), shutil.which("chromedriver")
-    if not chromium or not driver_path:
-        pytest.skip("chromium or chromedriver (Debian: chromium, chromium-driver) is missing")
-    webdriver = pytest.importorskip("selenium.webdriver",
-                                    reason="python3-selenium is missing")
-    from selenium.webdriver.chrome.service import Service
-    from selenium.webdriver.common.by import By
-
-    options = webdriver.ChromeOptions()
-    options.binary_location = chromium
-    profile = tempfile.mkdtemp()
-    for flag in ("--headless", "--no-sandbox", "--disable-gpu", "--disable-background-networking",
-                 "--disable-component-update", "--disable-sync", "--no-first-run",
-                 "--user-data-dir=" + profile):
-        options.add_argument(flag)
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    browser = webdriver.Chrome(service=Service(driver_path), options=options)
-    try:
-        browser.get((dataset / "report.html").as_uri())
-        for section in SECTIONS:
-            assert browser.find_element(By.ID, section).is_displayed(), section
-        images = browser.find_elements(By.TAG_NAME, "img")
-        # timelines of three clips, two histograms, the missed event and the false alarm
-        assert len(images) == 7
-        assert all(browser.execute_script(
-            "return arguments[0].complete && arguments[0].naturalWidth > 0", image)
-            for image in images)
-        assert [entry for entry in browser.get_log("browser") if entry["level"] == "SEVERE"] == []
-    finally:
-        browser.quit()
-        shutil.rmtree(profile, ignore_errors=True)
+def test_report_holds_every_section_and_decodable_images(dataset, run):
+    # The page is self-contained: sections by id, pictures as PNG data URIs.
+    page = (dataset / "report.html").read_text()
+    ids = re.findall(r"<section id='([a-z]+)'>", page)
+    assert ids == list(SECTIONS)
+    images = re.findall(r"<img src=['\"]data:image/png;base64,([^'\"]+)['\"]", page)
+    # timelines of three clips, two histograms, the missed event and the false alarm
+    assert len(images) == 7 and len(re.findall("<img ", page)) == 7
+    for data in images:
+        with Image.open(io.BytesIO(base64.b64decode(data))) as picture:
+            picture.verify()
