@@ -41,4 +41,12 @@ status=0
 [ "$status" -eq 1 ] || fail "a full file exited with $status"
 tail -1 "$work/err" | grep -q 'cannot write the results: File too large' || fail "$(tail -1 "$work/err")"
 [ "$(tail -c 1 "$work/out" | od -An -c | tr -d ' ')" = '\n' ] || fail "the last line is cut: $(tail -1 "$work/out")"
+# An annotated clip that outgrows the limit, its pictures smaller than the
+# output buffer: the flush after each picture finds the failure at its frame.
+status=0
+(trap '' XFSZ; ulimit -f 1
+ { printf 'YUV4MPEG2 W16 H16\n'; for i in 1 2 3; do printf 'FRAME\n'; head -c 384 /dev/zero; done; } |
+   "${tool[@]}" - --annotate "$work/a.y4m" >"$work/out" 2>"$work/err") || status=$?
+[ "$status" -eq 1 ] && [ "$(tail -1 "$work/err")" = "molo-fingerdetect: cannot write $work/a.y4m: File too large" ] ||
+  fail "an annotated clip past the limit: $status, $(tail -1 "$work/err")"
 echo "ok"
