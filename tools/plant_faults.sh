@@ -123,9 +123,10 @@ unit_tests=${unit_tests#|}
 first() { awk 'NR == 1 { print } END { exit NR == 0 }'; }
 run_suite() {
   local program log="$scratch/suite.log"
+  # A GoogleTest program runs in seconds; one still running after a minute has hung.
   for program in "${unit_programs[@]}"; do
     if ! (cd "$build/$(dirname "$program")" &&
-          timeout 300 "./$(basename "$program")" --gtest_fail_fast) >"$log" 2>&1; then
+          timeout 60 "./$(basename "$program")" --gtest_fail_fast) >"$log" 2>&1; then
       sed -nE 's/^\[  FAILED  \] ([^ ,]+).*/\1/p' "$log" | first ||
         sed -nE 's/^\[ RUN      \] (.*)/\1 (crashed or hung)/p' "$log" | tac | first ||
         basename "$program"
