@@ -5,44 +5,45 @@
 
 using ReadBack = DumpFiles;
 
+namespace {
+
+// An RGB file of the given size whose pixel i (row-major) is rgb(i).
+template <typename Rgb>
+void write_rgb(char* file, int width, int height, Rgb rgb) {
+    TIFF_IMG img;
+    ASSERT_EQ(get_TIFF(&img, height, width, 'c'), 0);
+    for (int p = 0; p < 3; ++p)
+        for (int i = 0; i < width * height; ++i) img.color[p][i / width][i % width] = rgb(i, p);
+    FILE* fp = std::fopen(file, "wb");
+    ASSERT_NE(fp, nullptr);
+    EXPECT_EQ(write_TIFF(fp, &img), 0);
+    std::fclose(fp);
+    free_TIFF(&img);
+}
+
+}  // namespace
+
 // 3 x 3, so one whole 2 x 2 block; the last row and column are black.
 // Block means: R 360 >> 2 = 90, G 200 >> 2 = 50, B 259 >> 2 = 64.
 // V = 0.499*90 - 0.418*50 - 0.0813*64 + 128 = 146.81 -> 146
 // U = -0.169*90 - 0.331*50 + 0.499*64 + 128 = 128.18 -> 128
 // Luma 0.587 G + 0.299 R + 0.114 B: 100.61, 53.38, 50.51, 50.06.
+// Then flat blocks whose luma, V and U each differ by one when computed in
+// single precision rather than double.
 TEST_F(ReadBack, YuvConvertsBackByHand) {
     const int rgb[3][4] = {{200, 100, 50, 10}, {20, 40, 60, 80}, {255, 0, 3, 1}};
-    TIFF_IMG img;
-    ASSERT_EQ(get_TIFF(&img, 3, 3, 'c'), 0);
-    for (int p = 0; p < 3; ++p) {
-        for (int k = 0; k < 4; ++k) img.color[p][k / 2][k % 2] = static_cast<unsigned char>(rgb[p][k]);
-    }
-    FILE* fp = std::fopen(path("rgb.tif"), "wb");
-    ASSERT_NE(fp, nullptr);
-    EXPECT_EQ(write_TIFF(fp, &img), 0);
-    std::fclose(fp);
-    free_TIFF(&img);
-
+    write_rgb(path("rgb.tif"), 3, 3, [&](int i, int p) {
+        return static_cast<unsigned char>(i % 3 < 2 && i < 6 ? rgb[p][i / 3 * 2 + i % 3] : 0);
+    });
     Bytes y(9, 99), vu(3, 99);
     ASSERT_EQ(TIFF_readYUV(y.data(), vu.data(), 3, 3, path("rgb.tif")), 0);
     EXPECT_EQ(y, (Bytes{100, 53, 0, 50, 50, 0, 0, 0, 0}));
     EXPECT_EQ(vu, (Bytes{146, 128, 99}));
-}
 
-// Flat blocks whose luma, V and U each differ by one when computed in single
-// precision.
-TEST_F(ReadBack, YuvIsComputedInDoublePrecision) {
     const unsigned char blocks[3][3] = {{0, 72, 24}, {1, 170, 30}, {0, 249, 81}};
-    TIFF_IMG img;
-    ASSERT_EQ(get_TIFF(&img, 2, 6, 'c'), 0);
-    for (int p = 0; p < 3; ++p)
-        for (int i = 0; i < 12; ++i) img.color[p][i / 6][i % 6] = blocks[i % 6 / 2][p];
-    FILE* fp = std::fopen(path("blocks.tif"), "wb");
-    ASSERT_NE(fp, nullptr);
-    EXPECT_EQ(write_TIFF(fp, &img), 0);
-    std::fclose(fp);
-    free_TIFF(&img);
-    Bytes y(12), vu(6);
+    write_rgb(path("blocks.tif"), 6, 2, [&](int i, int p) { return blocks[i % 6 / 2][p]; });
+    y.assign(12, 0);
+    vu.assign(6, 0);
     ASSERT_EQ(TIFF_readYUV(y.data(), vu.data(), 6, 2, path("blocks.tif")), 0);
     EXPECT_EQ(y, (Bytes{44, 44, 103, 103, 155, 155, 44, 44, 103, 103, 155, 155}));
     EXPECT_EQ(vu, (Bytes{95, 116, 55, 86, 17, 85}));

@@ -49,13 +49,6 @@ inline int write_bytes(TIFF_IMG& img, std::vector<uint8_t>& bytes) {
     return rc;
 }
 
-inline bool save_file(const std::string& path, const std::vector<uint8_t>& bytes) {
-    FILE* fp = std::fopen(path.c_str(), "wb");
-    if (fp == nullptr) return false;
-    const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), fp) == bytes.size();
-    return std::fclose(fp) == 0 && ok;
-}
-
 // A file from the library's writer (big-endian), whose fields can be found
 // and overwritten in place.
 struct WrittenTiff {

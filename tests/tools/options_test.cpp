@@ -56,6 +56,8 @@ TEST(Options, BadCommandLinesSayWhatIsWrong) {
         {{"--gain", "1e9", "x.y4m"}, "bad --gain"},
         {{"--gain", "inf", "x.y4m"}, "bad --gain"},
         {{"--cct", "warm", "x.y4m"}, "bad --cct"},
+        {{"--size", "640X480", "x.nv21"}, "WIDTHxHEIGHT"},
+        {{"--size", "0x480", "x.nv21"}, "WIDTHxHEIGHT"},
         {{"--nv12", "x.y4m"}, "--nv12 applies to raw input"},
         {{"--size", "64x48", "x.y4m"}, "carries its own size"},
         {{"--size", "64x48", "a.tif"}, "carry their own size"},

@@ -8,22 +8,8 @@
 #include "tool_test_support.h"
 
 using fingerdetect::Frame;
-using fingerdetect::parse_frame_size;
 using fingerdetect::RawReader;
 using fingerdetect::ReadStatus;
-
-TEST(RawReader, FrameSizeIsWidthByHeight) {
-    int w = 0, h = 0;
-    std::string error;
-    ASSERT_TRUE(parse_frame_size("640x480", w, h, error));
-    EXPECT_EQ(w, 640);
-    EXPECT_EQ(h, 480);
-    for (const char* bad :
-         {"640", "640x", "x480", "640X480", "640*480", "0x480", "640x480x2", "99999x480"}) {
-        EXPECT_FALSE(parse_frame_size(bad, w, h, error)) << bad;
-        EXPECT_NE(error.find("WIDTHxHEIGHT"), std::string::npos);
-    }
-}
 
 TEST(RawReader, ReadsWholeFramesAndNamesATruncatedLastOne) {
     // 6 x 4 NV12: 24 + 12 = 36 bytes a frame; two frames and 20 bytes.

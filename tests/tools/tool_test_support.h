@@ -35,19 +35,18 @@ inline std::string read_file(const std::string& path) {
     return text.str();
 }
 
-// A stream of flat 4:2:0 pictures: every luma byte `luma`, every U byte `u`,
-// every V byte `v`; frame_tail follows each "FRAME".
+// A stream of flat 4:2:0 pictures: every luma byte 'y', every U byte 'u',
+// every V byte 'v'; frame_tail follows each "FRAME".
 inline std::string y4m_stream(int width, int height, int frames, const std::string& params = "",
-                              const std::string& frame_tail = "", char luma = 'y', char u = 'u',
-                              char v = 'v') {
+                              const std::string& frame_tail = "") {
     std::string s =
         "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) + params + "\n";
     const size_t cw = (width + 1) / 2, ch = (height + 1) / 2;
     for (int f = 0; f < frames; ++f) {
         s += "FRAME" + frame_tail + "\n";
-        s += std::string(static_cast<size_t>(width) * height, luma);
-        s += std::string(cw * ch, u);
-        s += std::string(cw * ch, v);
+        s += std::string(static_cast<size_t>(width) * height, 'y');
+        s += std::string(cw * ch, 'u');
+        s += std::string(cw * ch, 'v');
     }
     return s;
 }
