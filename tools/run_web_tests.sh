@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds the WebAssembly module and the page with emcmake (in build-web/, the
 # page in build-web/www/) and checks them against the native tool:
-#   1. under Node, the module and the tool built for WebAssembly give the
-#      native molo-fingerdetect's results, log lines and --dump planes over
-#      clips of several sizes, orientations and chroma orders;
+#   1. under Node, the page's module gives the native molo-fingerdetect's
+#      results and log lines over clips of several sizes, orientations and
+#      chroma orders;
 #   2. in headless Chromium with a fake camera playing a clip, the page
-#      reports the finger where it is, nothing on a clip without one, and the
-#      native tool's answers for the frames it analysed (camera and file mode).
+#      reports the finger where it is and nothing on a clip without one, and
+#      every frame it analysed is one of the clip's.
 #   tools/run_web_tests.sh [NATIVE_BUILD]   (default build/; the tool is built there if needed)
 # Screenshots and scratch files go to build-web/web-tests/. When the packages
 # cannot be installed (no root or sudo, no package source), the checks are

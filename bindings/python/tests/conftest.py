@@ -10,10 +10,6 @@ import subprocess
 import pytest
 
 
-def run_tool(*args):
-    return subprocess.run([os.environ["MOLO_TOOL"], *args], capture_output=True, text=True)
-
-
 @pytest.fixture(scope="session")
 def demo_clip(tmp_path_factory):
     path = tmp_path_factory.mktemp("demo") / "demo.y4m"
@@ -24,7 +20,7 @@ def demo_clip(tmp_path_factory):
 @pytest.fixture(scope="session")
 def demo_run():
     """The tool's (result, row, col) and detector messages of every demo frame."""
-    out = run_tool("demo", "--log", "--json")
+    out = subprocess.run([os.environ["MOLO_TOOL"], "demo", "--log", "--json"], capture_output=True, text=True)
     assert out.returncode == 0, out.stderr
     decisions = [(d["result"], d["row"], d["col"]) for d in map(json.loads, out.stdout.splitlines())]
     messages = []

@@ -21,26 +21,20 @@ def test_dataset_rows_resolve_against_the_folder_and_bad_rows_are_named():
         ("/data/a.y4m", 0, None), ("/data/b,1.y4m", 1, "/data/b_meta.csv")]
     assert [e.split(": ")[0] for e in errors] == ["set.csv:5", "set.csv:6", "set.csv:7"]
     assert "orientation must be 0 or 1" in errors[0] and "found 3" in errors[1]
-
-
-@pytest.mark.parametrize("text", ["", "video,truth,orientation\nx,y,0\n", "a.y4m,a.csv,0,\n"])
-def test_dataset_without_its_header_is_refused(text):
     with pytest.raises(DatasetError, match="header"):
-        parse_dataset(text, "set.csv", "/data")
+        parse_dataset("a.y4m,a.csv,0,\n", "set.csv", "/data")
 
 
 @pytest.mark.parametrize("text,message", [
-    ("frame,finger\n0,1\n1,0\n", None),
-    ("\ufeffframe,finger\r\n0,0\r\n", None),
+    ("\ufeffframe,finger\r\n0,0\r\n1,1\r\n", None),
     ("0,1\n", "t.csv:1: expected the header"),
     ("frame,finger\n", "t.csv: no frames"),
     ("frame,finger\n0,0\n2,1\n", 't.csv:3: expected frame 1, found "2"'),
     ("frame,finger\n0,2\n", 't.csv:2: finger must be 0 or 1'),
-    ("frame,finger\n0,1,x\n", "t.csv:2: expected 2 fields"),
 ])
 def test_truth_file(text, message):
     if message is None:
-        assert len(parse_truth(text, "t.csv")) == text.count("\n") - 1
+        assert parse_truth(text, "t.csv").tolist() == [0, 1]
     else:
         with pytest.raises(TruthError, match=message):
             parse_truth(text, "t.csv")
@@ -54,16 +48,9 @@ def test_meta_rows_hold_until_the_next_one():
 
 
 @pytest.mark.parametrize("text,message", [
-    ("frame,gain,5000\n0,1,5000\n", 'm.csv:1: bad frame number "frame"'),
     ("frame,gain,cct\nframe,gain,cct\n", 'm.csv:2: bad frame number "frame"'),
     ("0,1,5000\n0,1,5000\n", "m.csv:2: frame 0 does not follow frame 0"),
-    ("0,1\n", "m.csv:1: expected 3 fields"),
-    ("+1,1,5000\n", 'm.csv:1: bad frame number "\\+1"'),
-    ("0,0,5000\n", 'm.csv:1: bad gain "0"'),
-    ("0,nan,5000\n", 'm.csv:1: bad gain "nan"'),
     ("0,1,999\n", 'm.csv:1: bad colour temperature "999"'),
-    ("# nothing\n\n", "m.csv: no rows"),
-    ("0,1e-60,5000\n", 'm.csv:1: bad gain "1e-60"'),
     ("0,1,5000" + " " * 1020 + "\n", "m.csv:1: line longer than 1024 bytes"),
 ])
 def test_meta_refusals_name_file_and_line(text, message):
@@ -71,10 +58,6 @@ def test_meta_refusals_name_file_and_line(text, message):
         MetaTrack.parse(text, "m.csv")
 
 
-@pytest.mark.parametrize("gain,cct,expected", [
-    (1.0, 5000, "bright"), (1.0199, 3000, "bright"), (1.02, 5000, "dim"),
-    (1.0, 2999, "warm"), (4.5, 3899, "dim"), (4.5, 2999, "warm"), (4.51, 3899, "warm"),
-    (4.51, 3900, "dim"),
-])
-def test_light_class_limits(gain, cct, expected):
-    assert light_class(gain, cct) == expected
+def test_light_class_limits():
+    cases = [(1.0199, 3000), (1.02, 5000), (1.0, 2999), (4.5, 3899), (4.51, 3899), (4.51, 3900)]
+    assert [light_class(g, k) for g, k in cases] == ["bright", "dim", "warm", "dim", "warm", "dim"]
