@@ -76,4 +76,5 @@ TEST(Pipeline, EqualCandidatesGoToTheLowerLabel) {
     t.d->execute(f.y_plane(), f.vu_plane(), 0, true, f.stride, 1, 2.0f, 5000, nullptr, nullptr);
     EXPECT_EQ(t.d->box_top, 16);
     EXPECT_EQ(t.d->box_bottom, 27);
+    EXPECT_EQ(t.d->min_area, 11);  // the least candidate: 0.23 % of the 4800 cells
 }
