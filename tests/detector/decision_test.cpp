@@ -98,9 +98,11 @@ TEST(Decision, ShapeSizeAndDarknessLimits) {
         // Wide on the bottom edge: border * 1.2 must reach the 40 columns.
         {0, {{50, 60, 20, 60}}, 120, 120, 32, kShape, true},
         {0, {{50, 60, 20, 60}}, 120, 120, 34, kShape, false},
-        // Unanchored, 12 cells of the 14.4 needed; anchored at the bottom
-        // corner of the entry side (top > 10, bottom >= h - 10) it passes.
+        // Unanchored, 12 cells of the 14.4 needed; anchored at the top (top
+        // <= 10) or bottom corner of the entry side (top > 10, bottom >= h -
+        // 10) it passes.
         {0, {{20, 23, 3, 7}}, 120, 120, 0, kMiddle, true},
+        {0, {{10, 13, 3, 7}}, 120, 120, 0, kMiddle, false},
         {0, {{20, 21, 3, 7}, {50, 51, 3, 7}, {21, 50, 3, 4}}, 120, 120, 0, kMiddle, false},
         // Dark: a mean luma of 20 at least 60 below the surround; a mean of
         // 30 skips the test.
