@@ -24,7 +24,7 @@ constexpr int kLightWarm = 3;    // below 3000 K, or below 3900 K at gains above
 // kLightWarm for warm light (below 3000 K, or below 3900 K at gains above
 // 4.5), else kLightBright for a gain under 1.02 (bright scene), else
 // kLightPlain. The kelvin limits differ on purpose (pinned by
-// LightClass.KelvinAndGainLimits); a NaN gain counts as a high gain.
+// LightClass.KelvinAndGainLimitsAndKindRules); a NaN gain counts as a high gain.
 int light_class_of(float capture_gain, int color_temp);
 
 // Whether an entry of `kind` is tried on a frame of `light_class`: plain
@@ -42,8 +42,7 @@ struct KindRules {
 
 // The rules of `kind`; an unknown kind takes those of kKindFull. Only
 // kKindBand has the tighter compactness limit: kKindBandGrey keeps 1.42 on
-// purpose. No test pins that yet: neither the unit tests nor the platform
-// digest notice 1.1 in its place.
+// purpose (pinned by LightClass.KelvinAndGainLimitsAndKindRules).
 KindRules kind_rules(int kind);
 
 }  // namespace molo

@@ -64,7 +64,7 @@ enum class ShapeTest { kTall, kWide, kPlain };
 // Which shape test applies to the box. The right-edge rows compare box_left
 // (not box_right) with the last column, so they match only a region confined
 // to that column; this asymmetry with the left edge is kept (pinned by
-// Decision.RightEdgeRowsTestBoxLeftSoMirrorImagesDiffer).
+// Decision.ShapeSizeAndDarknessLimits).
 ShapeTest shape_test_for(const Molo_FingerDetect& d) {
     const int last_row = d.down_height - 1;
     const int last_col = d.down_width - 1;

@@ -47,7 +47,7 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
     down_width = molo::working_extent(width);
 
     // The banner ends in a blank before its newline (pinned by
-    // Initialize.TablesPaddingAndBanner).
+    // Initialize.TablesPaddingBannerAndLoggingProperty).
     molo::log_print(molo::kLogDebug, "Quillby FingerDetect Date:05/11/17, HAVE_DETECT_NUM 2 \n");
 
     if (width > molo::kMaxPreviewExtent || height > molo::kMaxPreviewExtent) {
@@ -97,9 +97,8 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
 
     ReadDB(db_path);
 
-    // The angle step uses the single-precision constant 3.141592f on purpose.
-    // No test pins it yet: neither the unit tests nor the platform digest
-    // notice a closer pi in its place.
+    // The angle step uses the single-precision constant 3.141592f on purpose
+    // (pinned by Initialize.TablesPaddingBannerAndLoggingProperty).
     const float step = 3.141592f / 180;
     for (int k = 0; k < kHoughAngles; ++k) {
         const float angle = static_cast<float>(k) * step;
@@ -122,7 +121,7 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
     molo::build_seed_maps(seed_map_full, seed_map_band, w, h);
 
     // The row loops' settings message keeps its old text (pinned by
-    // Initialize.LoggingPropertyEnablesDiagnostics).
+    // Initialize.TablesPaddingBannerAndLoggingProperty).
     if (log_enabled != 0) molo::log_print(molo::kLogDebug, "No Symphony setting\n");
     return MOLO_INIT_OK;
 }

@@ -32,7 +32,7 @@ void Molo_FingerDetect::Sobel5(unsigned char* plane, int row, int col, int width
         *angle = -90;
     } else {
         // The divisor is the single-precision value of 3.141592, widened, on
-        // purpose; no test yet tells it from pi.
+        // purpose (pinned by Sobel5.AsymmetricVerticalKernelAndAngle).
         const double degrees =
             std::atan(static_cast<double>(h) / static_cast<double>(v)) * 180.0 / 3.141592025756836;
         *angle = static_cast<int>(degrees);

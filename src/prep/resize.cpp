@@ -62,7 +62,7 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
                 dst[1] = static_cast<unsigned char>(b / n);
             } else {
                 // The one message without a newline, kept so (pinned by
-                // Resize.EmptyBlockKeepsThePairAndLogs).
+                // Resize.HalvingAveragesTwoByTwoPairsSkipsTheLastRowAndEmptyBlocksLog).
                 molo::log_print(molo::kLogError, "Error! maybe?");
             }
         }

@@ -26,7 +26,7 @@ T*** allocate_cube(int d0, int d1, int d2) {
 }
 
 // The top block is sized by d1, not d0: well-formed only for d0 <= d1; kept
-// so (pinned by Arrays.FourDTopBlockIsSizedBySecondDimension).
+// so (pinned by Arrays.MatrixRowsShareOneZeroedBlock).
 template <typename T>
 T**** allocate_4d(int d0, int d1, int d2, int d3) {
     T**** a = static_cast<T****>(std::calloc(d1, sizeof(T***)));

@@ -10,7 +10,7 @@ float mean(float* v, int n) {
 // Selection by repeated extraction of the minimum, in place. The running
 // maximum starts at 0 and the minimum at the sentinel 2^29: an extracted
 // element is overwritten with the maximum so it is not found again. Both
-// starting values are kept (pinned by Statistics.MedianKeepsItsSentinelQuirks).
+// starting values are kept (pinned by Statistics.MeanAndMedian).
 float median(float* v, int n) {
     if (n == 0) return v[0];
     int lo;

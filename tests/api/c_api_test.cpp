@@ -26,7 +26,7 @@ int execute(Handle& handle, Nv21Frame& f, int orientation = 0, float gain = 2.0f
 
 }  // namespace
 
-TEST(LightClass, KelvinAndGainLimits) {
+TEST(LightClass, KelvinAndGainLimitsAndKindRules) {
     struct Case {
         float gain;
         int kelvin;
@@ -36,6 +36,24 @@ TEST(LightClass, KelvinAndGainLimits) {
                           Case{4.5f, 2999, 3}, Case{4.5001f, 3000, 3}, Case{1.0f, 5000, 2},
                           Case{1.0f, 2999, 3}, Case{1.02f, 5000, 1}, Case{1.0199f, 5000, 2}}) {
         EXPECT_EQ(molo::light_class_of(c.gain, c.kelvin), c.expected) << c.gain << " " << c.kelvin;
+    }
+    // The kinds (1 to 4) each light class (1 to 3) tries.
+    const char* allowed[] = {"1100", "1101", "1110"};
+    for (int light = 1; light <= 3; ++light) {
+        for (int kind = 1; kind <= 4; ++kind) {
+            EXPECT_EQ(molo::light_allows(light, kind), allowed[light - 1][kind - 1] == '1')
+                << "light " << light << ", kind " << kind;
+        }
+    }
+    // Band seeds, area share, compactness limit and grey test of each kind;
+    // the grey band kind keeps the looser compactness limit.
+    const std::vector<std::vector<float>> rules{
+        {0, 0.12f, 1.42f, 0}, {0, 0.12f, 1.42f, 1}, {1, 0.05f, 1.1f, 0}, {1, 0.05f, 1.42f, 1}};
+    for (int kind = 1; kind <= 4; ++kind) {
+        const molo::KindRules k = molo::kind_rules(kind);
+        EXPECT_EQ((std::vector<float>{float(k.band_seeds), k.max_area_share, k.compactness_limit,
+                                      float(k.grey_test)}),
+                  rules[kind - 1]) << "kind " << kind;
     }
 }
 
@@ -70,76 +88,6 @@ TEST(CApi, AbsurdSizeGivesNullAndTheFailureMessage) {
     const auto messages = log.messages();
     ASSERT_EQ(messages.size(), 2u);  // the banner, then the failure
     EXPECT_EQ(messages[1], (LoggedMessage{3, "MoloFinDetect_Initializ (-1)\n"}));
-}
-
-// Previews too small for a working grid still get a handle, and the decision
-// rules run on them unchanged, with an empty candidate of area 0. On a grid of
-// no rows and no columns nothing in the rules rejects it: it is held on the
-// first frame and reported at (0, 0) from the second. A grid of rows without
-// columns (a negative width) fails the shape test; a small grid with cells
-// finds the empty candidate too small for the middle of the frame.
-TEST(CApi, TinyAndNegativePreviewsRunTheRulesAsTheyStand) {
-    struct Case {
-        int width, height;
-        std::vector<int> results;
-    };
-    for (const Case& c : {Case{8, 8, {0, 1, 1}}, Case{15, 15, {0, 1, 1}},
-                          Case{-5, 480, {0, 0, 0}}, Case{176, 144, {0, 0, 0}}}) {
-        void* h = MoloFinDetect_Initialize(nullptr, c.width, c.height, nullptr);
-        ASSERT_NE(h, nullptr) << c.width << "x" << c.height;
-        const int w = std::max(c.width, 1);
-        const int ht = std::max(c.height, 2);
-        Nv21Frame f(w, ht, 120, 128, 128);
-        std::vector<int> results;
-        for (int frame = 0; frame < 3; ++frame) {
-            int row = -1, col = -1;
-            results.push_back(MoloFinDetect_Execute(h, f.y_plane(), f.vu_plane(), 0, w, 1, 2.0f,
-                                                    5000, &row, &col));
-            if (results.back() == 1) {
-                EXPECT_EQ(row, 0);
-                EXPECT_EQ(col, 0);
-            }
-        }
-        EXPECT_EQ(results, c.results) << c.width << "x" << c.height;
-        MoloFinDetect_Finalize(h, nullptr, 0);
-    }
-}
-
-TEST(CApi, WarmUpTriesEveryColourEntryOfAFrame) {
-    Handle h;
-    Nv21Frame grey(640, 480, 128, 128, 128);  // no finger tone anywhere
-    EXPECT_EQ(execute(h, grey), 0);
-    EXPECT_EQ(h->db_count, 5);
-    EXPECT_EQ(h->light_class, 1);
-    EXPECT_EQ(h->frame_count, 5);
-    EXPECT_EQ(h->db_index, 4);
-    EXPECT_EQ(execute(h, grey, 0, 1.0f), 0);
-    EXPECT_EQ(h->light_class, 2);
-    EXPECT_EQ(h->frame_count, 10);
-}
-
-TEST(CApi, ExcludedEntryAdvancesTheCounterWithoutAnalysis) {
-    // Warm light (class 3) skips the kind-4 entry (index 3).
-    Handle h;
-    Nv21Frame grey(640, 480, 128, 128, 128);
-    h->db_count = 5;
-    h->light_class = 3;
-    h->frame_count = 2;
-    h->execute(grey.y_plane(), grey.vu_plane(), 0, true, 640, 1, 0, 0, nullptr, nullptr);
-    EXPECT_EQ(h->ref_u, h->finger_db[2].ref_u);
-    EXPECT_EQ(h->execute(grey.y_plane(), grey.vu_plane(), 0, false, 640, 1, 0, 0, nullptr, nullptr), 0);
-    EXPECT_EQ(h->frame_count, 4);
-    EXPECT_EQ(h->db_index, 3);
-    EXPECT_EQ(h->ref_u, h->finger_db[2].ref_u);  // entry 3 was never loaded
-    EXPECT_EQ(h->busy, 0);
-}
-
-TEST(CApi, DirectExecuteBeforeWarmUpUsesEntryZero) {
-    Handle h;
-    Nv21Frame grey(640, 480, 128, 128, 128);
-    h->frame_count = 3;
-    EXPECT_EQ(h->execute(grey.y_plane(), grey.vu_plane(), 0, true, 640, 1, 1.0f, 5000, nullptr, nullptr), 0);
-    EXPECT_EQ(h->db_index, 0);
 }
 
 TEST(CApi, WrongOrientationLocksTheDetectorOut) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -71,59 +72,60 @@ const std::string kShape = "0:Not finger shape.\n";
 
 }  // namespace
 
-TEST(Decision, TallRegionOnTheLeftEdgeNeedsBorderAndHeight) {
+// The shape, size and darkness steps at their limits: each case is an
+// orientation, the candidate's rectangles, its luma and that of the surround,
+// the border length, and whether the step's message is logged.
+TEST(Decision, ShapeSizeAndDarknessLimits) {
+    const std::string kMiddle = "0:position at middle but size is too small.\n";
+    const std::string kDark = "0:Finger too dark.\n";
+    struct Case {
+        int orientation;
+        std::vector<std::array<int, 4>> rects;
+        uint8_t luma, surround;
+        int border;
+        const std::string& message;
+        bool logged;
+    };
+    const Case cases[] = {
+        // Tall on the left edge: border * 1.2 must reach the 20 rows.
+        {0, {{20, 40, 0, 10}}, 120, 120, 16, kShape, true},
+        {0, {{20, 40, 0, 10}}, 120, 120, 17, kShape, false},
+        // Wider than tall on the left edge fails the tall test; its mirror
+        // image on the right edge is not confined to the last column, so it
+        // takes the plain test and passes.
+        {0, {{20, 30, 0, 30}}, 120, 120, 10, kShape, true},
+        {1, {{20, 30, 50, 80}}, 120, 120, 10, kShape, false},
+        // Wide on the bottom edge: border * 1.2 must reach the 40 columns.
+        {0, {{50, 60, 20, 60}}, 120, 120, 32, kShape, true},
+        {0, {{50, 60, 20, 60}}, 120, 120, 34, kShape, false},
+        // Unanchored, 12 cells of the 14.4 needed; anchored at the top (top
+        // <= 10) or bottom corner of the entry side (top > 10, bottom >= h -
+        // 10) it passes.
+        {0, {{20, 23, 3, 7}}, 120, 120, 0, kMiddle, true},
+        {0, {{10, 13, 3, 7}}, 120, 120, 0, kMiddle, false},
+        {0, {{20, 21, 3, 7}, {50, 51, 3, 7}, {21, 50, 3, 4}}, 120, 120, 0, kMiddle, false},
+        // Dark: a mean luma of 20 at least 60 below the surround; a mean of
+        // 30 skips the test.
+        {0, {{0, 20, 0, 12}}, 20, 70, 20, kDark, true},
+        {0, {{0, 20, 0, 12}}, 20, 81, 20, kDark, false},
+        {0, {{0, 20, 0, 12}}, 30, 70, 20, kDark, false},
+    };
+    for (const Case& k : cases) {
+        Candidate t;
+        t.d->orientation = k.orientation;
+        for (int i = 0; i < t.d.cells(); ++i) t.d->down_y[i] = k.surround;
+        for (const auto& r : k.rects) t.paint(r[0], r[1], r[2], r[3], k.luma);
+        const auto& r0 = k.rects[0];
+        EXPECT_EQ(t.decide(k.border) == k.message, k.logged)
+            << r0[0] << "," << r0[2] << " border " << k.border << " " << k.message;
+    }
+    // A rejection leaves the box measured and the detector idle.
     Candidate t;
     t.paint(20, 40, 0, 10);
-    EXPECT_EQ(t.decide(16), kShape);  // 16 * 1.2 < 20 rows
+    t.decide(16);
     EXPECT_EQ((std::vector<int>{t.d->box_top, t.d->box_bottom, t.d->box_left, t.d->box_right,
                                 t.d->busy, t.d->have_detect}),
               (std::vector<int>{20, 39, 0, 9, 0, 0}));
-    EXPECT_NE(t.decide(17), kShape);  // 17 * 1.2 >= 20, and taller than wide
-}
-
-TEST(Decision, RightEdgeRowsTestBoxLeftSoMirrorImagesDiffer) {
-    Candidate t;
-    // Wider than tall on the left edge: the tall test fails it.
-    t.paint(20, 30, 0, 30);
-    EXPECT_EQ(t.decide(10), kShape);
-    // Its mirror image on the right edge is not confined to the last column,
-    // so it takes the plain test and passes the shape step.
-    Candidate mirror;
-    mirror.d->orientation = 1;
-    mirror.paint(20, 30, 50, 80);
-    EXPECT_NE(mirror.decide(10), kShape);
-}
-
-TEST(Decision, WideRegionOnTheBottomEdge) {
-    Candidate t;
-    t.paint(50, 60, 20, 60);  // touches only the bottom edge
-    EXPECT_EQ(t.decide(32), kShape);  // 32 * 1.2 < 40 columns
-    EXPECT_NE(t.decide(34), kShape);
-}
-
-TEST(Decision, UnanchoredRegionMustReachThreeThousandthsOfTheGrid) {
-    Candidate t;
-    t.paint(20, 23, 3, 7);  // 12 cells, needs 60 * 0.003 * 80 = 14.4
-    EXPECT_EQ(t.decide(0), "0:position at middle but size is too small.\n");
-    // Anchored at the bottom corner of the entry side: top > 10, bottom >= h - 10.
-    Candidate anchored;
-    anchored.paint(20, 21, 3, 7);
-    anchored.paint(50, 51, 3, 7);
-    anchored.paint(21, 50, 3, 4);
-    EXPECT_NE(anchored.decide(0), "0:position at middle but size is too small.\n");
-}
-
-TEST(Decision, DarkRegionMustBeSixtyLevelsBelowItsSurround) {
-    // Anchored candidates of mean luma 20 or 30 in a surround of 70 or 81:
-    // 81 - 20 >= 60 passes, and a mean of 30 skips the test.
-    const struct { uint8_t surround, luma; bool dark; } cases[] = {{70, 20, true}, {81, 20, false},
-                                                                   {70, 30, false}};
-    for (const auto& k : cases) {
-        Candidate t;
-        for (int i = 0; i < t.d.cells(); ++i) t.d->down_y[i] = k.surround;
-        t.paint(0, 20, 0, 12, k.luma);
-        EXPECT_EQ(t.decide(20) == "0:Finger too dark.\n", k.dark) << int(k.surround) << " " << int(k.luma);
-    }
 }
 
 TEST(Decision, BrightRegionsAreGreyObjectsOnlyForKindsTwoAndFour) {

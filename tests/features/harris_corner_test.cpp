@@ -80,4 +80,11 @@ TEST(HarrisCorner, GradientProductsAreThoseOfTheDerivativeOperator) {
             ASSERT_EQ(d->grad_xy[i], 2 * v * h) << r << "," << c;
         }
     }
+    // Derivative measures left minus right and top minus bottom.
+    std::vector<uint8_t> bright_top_left(81, 0);
+    for (int i = 0; i < 81; ++i) bright_top_left[i] = i % 9 < 4 && i / 9 < 4 ? 100 : 0;
+    int v = 0, h = 0;
+    Derivative(bright_top_left.data(), 4, 4, 9, &v, &h);
+    EXPECT_GT(v, 0);
+    EXPECT_GT(h, 0);
 }

@@ -50,26 +50,6 @@ TEST(CornerLineVerdict, BranchesAtTheirBoundaries) {
     }
 }
 
-TEST(HarrisHough, CollapsedBoxIsRejectedAfterGapFillingBeforeTracing) {
-    // One row; rows 0 and 1 (row 0 is never traced); one column; columns 0
-    // and 1. Last, a region on row 0 alone collapses past a single row (first
-    // row 1, last row 0): it is not rejected here, and its empty outline
-    // scores NaN, which counts as no straightness, so it passes.
-    const int boxes[][4] = {{20, 10, 20, 40}, {0, 10, 1, 40}, {10, 30, 40, 30}, {10, 0, 40, 1},
-                            {0, 10, 0, 40}};
-    for (const auto& b : boxes) {
-        const bool traced = b[2] == 0;
-        ScopedDetector d(80, 60);
-        draw(d, d->edge_map, [](int, int) { return 7; });
-        draw(d, d->finger_mask, [&](int r, int c) { return in_rect(r, c, b[0], b[1], b[2], b[3]); });
-        d->label_map[d.index(b[0], b[1])] = 9;
-        EXPECT_EQ(d->HarrisHough(), traced) << b[0] << ' ' << b[1];
-        EXPECT_EQ(d->edge_map[d.index(b[0], b[1])], traced ? 0 : 7);
-        EXPECT_EQ(d->label_map[d.index(b[0], b[1])], 1u);  // relabelled by gap filling
-        EXPECT_TRUE(!traced || std::isnan(d->HoughLine()));
-    }
-}
-
 TEST(HarrisHough, RoundRegionPassesRectangleFailsOnItsCorners) {
     ScopedDetector round(80, 60);
     draw(round, round->finger_mask,

@@ -32,22 +32,6 @@ TEST(HoughLine, StraightSegmentGivesItsVotesAndRun) {
     EXPECT_EQ(d->near_angles[30], 15);
 }
 
-TEST(HoughLine, FarCornerVoteLandsInTheSpareRow) {
-    // At angle 61 the last cell of the grid has rho index 548, one past the
-    // last row: the vote stays there, out of every scan, and is not moved
-    // into row 547.
-    ScopedDetector d(240, 134);
-    d->edge_count = draw(d, d->edge_map, [](int r, int c) { return r == 133 && c == 239; });
-    d->HoughLine();
-    EXPECT_EQ(d->hough_acc[548 * 180 + 61], 1);
-    for (int r = 0; r < 548; ++r) ASSERT_EQ(d->hough_acc[r * 180 + 61], 0) << r;
-    // The lowest rho index is at angle 179 (the middle of the neighbourhood),
-    // whose neighbourhood wraps to 14.
-    EXPECT_EQ(d->near_angles[15], 179);
-    EXPECT_EQ(d->near_angles[16], 0);
-    EXPECT_EQ(d->near_angles[30], 14);
-}
-
 TEST(HoughLine, TiesKeepTheFirstCellOfEachScanOrder) {
     // 30 cells on an anti-diagonal (angle 45, rho index 415) and 30 on a
     // diagonal (angle 135, rho index 345), four rows apart so that the

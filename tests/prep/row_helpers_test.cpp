@@ -128,31 +128,3 @@ TEST_F(RowHelpers, TheCallerWaitsForAChunkAHelperHolds) {
     molo::parallel_rows(4096, again, molo::kMinParallelWork);
     EXPECT_TRUE(again.each_once());
 }
-
-// Many short loops back to back, from two threads at once (one of them gets
-// the helpers, the other runs alone), with the helper count changing.
-TEST_F(RowHelpers, BackToBackLoopsFromTwoThreads) {
-    auto loops = [](int seed, std::atomic<int>* failures) {
-        for (int loop = 0; loop < 2000; ++loop) {
-            const int n = 1 + (loop * 37 + seed) % 90;
-            RowCounter rows(n);
-            molo::parallel_rows(n, rows);
-            if (!rows.each_once()) failures->fetch_add(1);
-        }
-    };
-    std::atomic<int> failures{0};
-    std::thread other(loops, 11, &failures);
-    for (int contexts : {2, 3, 4}) {
-        molo::set_execution_contexts(contexts);
-        loops(contexts, &failures);
-    }
-    other.join();
-    EXPECT_EQ(failures.load(), 0);
-}
-
-TEST_F(RowHelpers, LittleWorkStaysOnTheCaller) {
-    RowCounter small(100);
-    molo::parallel_rows(100, small, molo::kMinParallelWork / 100 - 1);
-    EXPECT_TRUE(small.each_once());
-    EXPECT_EQ(small.off_caller.load(), 0);
-}

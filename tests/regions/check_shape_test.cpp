@@ -48,19 +48,3 @@ TEST(CheckShape, ProfileRules) {
     ScopedDetector tall(10, 24);
     EXPECT_EQ(shape_of(tall, kTop, 1, {12, 12, 12, 20, 20, 12, 12, 12}), 1);
 }
-
-TEST(CheckShape, TopIsExaminedBeforeLeft) {
-    // A bar along the top, a column down from it and a bar across: both
-    // profiles jump twice, and the one left behind is the top's (column 4
-    // reaches row 11; the left profile would hold 7 for row 4).
-    ScopedDetector d(16, 16);
-    draw(d, d->label_map, [](int r, int c) {
-        return in_rect(r, c, 0, 0, 2, 11) || in_rect(r, c, 0, 4, 11, 7) || in_rect(r, c, 5, 0, 6, 11);
-    });
-    d->best_label = 1;
-    EXPECT_EQ(d->CheckShape(), 0);
-    EXPECT_EQ(d->shape_profile[4], 11.0f);
-    // A box touching no frame edge passes whatever it holds.
-    d->box_top = d->box_left = 1;
-    EXPECT_EQ(d->CheckShape(), 1);
-}

@@ -20,10 +20,3 @@ TEST(Statistics, MeanAndMedian) {
     EXPECT_FLOAT_EQ(median(ties, 3), 1.0f);
     EXPECT_FLOAT_EQ(ties[0], 9.0f);
 }
-
-TEST(Timestamp, ReturnsWhatItWritesInMilliseconds) {
-    long long out = 0;
-    const long long t = timestamp(&out);
-    EXPECT_EQ(t, out);
-    EXPECT_GT(t, 1600000000000LL);  // milliseconds since the epoch, after 2020
-}
