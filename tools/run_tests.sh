@@ -32,7 +32,7 @@ esac
 if [ "${CI:-}" = "true" ]; then cmake_args+=(-DMOLO_WERROR=ON); fi
 
 packages=(cmake make g++ binutils pkg-config libgtest-dev libbenchmark-dev
-          libtiff-tools python3-pil)
+          python3-pil)
 case "${1:-}" in
   --clang) packages+=(clang) ;;
   --armhf) packages+=(g++-arm-linux-gnueabihf qemu-user) ;;

@@ -1,7 +1,7 @@
 // Area-averaging rescale of an interleaved chroma plane. The luma pointers are
 // accepted and left alone. Only out_height / 2 - 1 destination chroma rows are
 // written: the last one never is, a one-row shortfall kept on purpose (pinned
-// by Resize.HalvingAveragesTwoByTwoPairsAndSkipsTheLastRow).
+// by Resize.HalvingAveragesTwoByTwoPairsSkipsTheLastRowAndEmptyBlocksLog).
 #include <cstdint>
 
 #include "molo/detector.h"
