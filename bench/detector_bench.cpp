@@ -63,7 +63,8 @@ double now() {
         clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
         return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
     }
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 // One call of the detector in a case's sequence; only timed calls are
@@ -176,13 +177,15 @@ std::vector<int> slant_growth(int width) {
 std::vector<CaseDef> case_defs() {
     std::vector<CaseDef> defs;
     // A cool-toned wall: no pixel matches a finger tone.
-    defs.push_back(
-        {"Cheap", [](int w, int h) { return searching(bench::plain_scene(w, h, 118, 140)); }, kSizes, ""});
+    defs.push_back({"Cheap",
+                    [](int w, int h) { return searching(bench::plain_scene(w, h, 118, 140)); },
+                    kSizes, ""});
     // A grey wall: the two pale entries find skin everywhere.
-    defs.push_back({"Grey", [](int w, int h) { return searching(bench::plain_scene(w, h)); }, kSizes, ""});
-    // Synthetic texture, walls and a warm patch: a few small regions grown.
     defs.push_back(
-        {"Texture", [](int w, int h) { return searching(bench::natural_scene(w, h)); }, kSizes, ""});
+        {"Grey", [](int w, int h) { return searching(bench::plain_scene(w, h)); }, kSizes, ""});
+    // Synthetic texture, walls and a warm patch: a few small regions grown.
+    defs.push_back({"Texture", [](int w, int h) { return searching(bench::natural_scene(w, h)); },
+                    kSizes, ""});
     // Photos, the finger expected from the left (o0) and from the right (o1).
     for (const char* name : {"coffee", "chelsea", "astronaut", "rocket"}) {
         for (int orientation : {0, 1}) {
@@ -228,7 +231,8 @@ std::vector<CaseDef> case_defs() {
                     [](int w, int h) {
                         const Nv21Frame background = bench::natural_scene(w, h);
                         return tracking(
-                            kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, 0);
+                            kFlatGrowth,
+                            [&](int g) { return finger_over(background, kFlatFinger, g); }, 0);
                     },
                     kSizes, ""});
     // A finger entering at a slant, whose outline has a second line: the
@@ -237,8 +241,8 @@ std::vector<CaseDef> case_defs() {
                     [](int w, int h) {
                         const Nv21Frame background = bench::natural_scene(w, h);
                         return tracking(
-                            slant_growth(w), [&](int g) { return finger_over(background, kSlantFinger, g); },
-                            1);
+                            slant_growth(w),
+                            [&](int g) { return finger_over(background, kSlantFinger, g); }, 1);
                     },
                     kSizes, ""});
     // The tracking finger over a photo.
@@ -246,7 +250,8 @@ std::vector<CaseDef> case_defs() {
                     [](int w, int h) {
                         const Nv21Frame background = photo("coffee", w, h);
                         return tracking(
-                            kFlatGrowth, [&](int g) { return finger_over(background, kFlatFinger, g); }, -1);
+                            kFlatGrowth,
+                            [&](int g) { return finger_over(background, kFlatFinger, g); }, -1);
                     },
                     kSizes, "coffee"});
     // A searching frame whose candidate is held: a warm, round-tipped object
@@ -258,8 +263,8 @@ std::vector<CaseDef> case_defs() {
                     [](int w, int h) {
                         Scene s;
                         s.frames.push_back(bench::plain_scene(w, h));
-                        s.frames.push_back(
-                            finger_over(bench::natural_scene(w, h), kSlantFinger, slant_growth(w)[0]));
+                        s.frames.push_back(finger_over(bench::natural_scene(w, h), kSlantFinger,
+                                                       slant_growth(w)[0]));
                         s.cycle = {{0, false}, {1, true}};
                         s.expect.result = 0;
                         s.expect.held_after = 1;
@@ -314,8 +319,8 @@ public:
         : scene_(scene), fd_(MoloFinDetect_Initialize(nullptr, width, height, nullptr)) {
         for (const Nv21Frame& f : scene.frames) frames_.push_back(std::make_unique<CameraFrame>(f));
         for (const Step& s : scene.setup) call(s.frame);
-        timed_per_cycle_ = static_cast<int>(
-            std::count_if(scene.cycle.begin(), scene.cycle.end(), [](const Step& s) { return s.timed; }));
+        timed_per_cycle_ = static_cast<int>(std::count_if(scene.cycle.begin(), scene.cycle.end(),
+                                                          [](const Step& s) { return s.timed; }));
     }
     ~Runner() { MoloFinDetect_Finalize(fd_, nullptr, 0); }
     Runner(const Runner&) = delete;
@@ -323,8 +328,8 @@ public:
 
     int call(int frame) {
         CameraFrame& f = *frames_[static_cast<size_t>(frame)];
-        return MoloFinDetect_Execute(fd_, f.y_plane(), f.vu_plane(), scene_.orientation, f.stride, 1,
-                                     scene_.gain, scene_.kelvin, &row_, &col_);
+        return MoloFinDetect_Execute(fd_, f.y_plane(), f.vu_plane(), scene_.orientation, f.stride,
+                                     1, scene_.gain, scene_.kelvin, &row_, &col_);
     }
 
     // Runs the untimed steps up to the next timed one and returns that step's frame.
@@ -379,13 +384,14 @@ std::string check(Runner& run, const Scene& scene, bool print) {
         d.corner_line_dist = -1.0f;  // left alone unless the corner-and-line check runs
         const int result = run.call(frame);
         const bool crossing = d.corner_line_dist != -1.0f && d.corner_line_dist != 100.0f;
-        const int too_many =
-            static_cast<int>(std::count_if(messages.begin(), messages.end(), [](const std::string& m) {
+        const int too_many = static_cast<int>(
+            std::count_if(messages.begin(), messages.end(), [](const std::string& m) {
                 return m.find("too many skin tone area") != std::string::npos;
             }));
         if (print) {
-            std::printf("  frame %d: result %d, have_detect %d, entry %d, line-crossing search %s\n", frame,
-                        result, d.have_detect, d.db_index, crossing ? "ran" : "not run");
+            std::printf(
+                "  frame %d: result %d, have_detect %d, entry %d, line-crossing search %s\n", frame,
+                result, d.have_detect, d.db_index, crossing ? "ran" : "not run");
             for (const std::string& m : messages) std::printf("    %s", m.c_str());
         }
         const Expect& e = scene.expect;
@@ -572,14 +578,16 @@ int main(int argc, char** argv) {
         return count_instructions(all, argv[2], argc >= 4 ? std::max(1, std::atoi(argv[3])) : 2);
     }
     for (const auto& [w, h] : kSizes) {
-        benchmark::RegisterBenchmark(case_name("DownSampling", w, h).c_str(),
-                                     [w = w, h = h](benchmark::State& s) { run_downsampling(s, w, h); })
+        benchmark::RegisterBenchmark(
+            case_name("DownSampling", w, h).c_str(),
+            [w = w, h = h](benchmark::State& s) { run_downsampling(s, w, h); })
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
     }
     for (const Instance& in : all) {
         benchmark::RegisterBenchmark(
-            in.name.c_str(), [&in](benchmark::State& s) { run_case(s, *in.def, in.width, in.height); })
+            in.name.c_str(),
+            [&in](benchmark::State& s) { run_case(s, *in.def, in.width, in.height); })
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
     }

@@ -41,9 +41,8 @@ MOLO_WEB_API MoloWeb* molo_web_create(int width, int height, int log) {
     if (web == nullptr) return nullptr;
     web->frame = static_cast<uint8_t*>(std::calloc(bytes, 1));
     if (log != 0) setenv(kLogProperty, "1", 1);
-    void* handle = web->frame != nullptr
-                       ? MoloFinDetect_Initialize(nullptr, width, height, nullptr)
-                       : nullptr;
+    void* handle =
+        web->frame != nullptr ? MoloFinDetect_Initialize(nullptr, width, height, nullptr) : nullptr;
     if (log != 0) unsetenv(kLogProperty);
     if (handle == nullptr) {
         std::free(web->frame);

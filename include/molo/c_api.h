@@ -34,10 +34,10 @@ MOLO_EXPORT void* MoloFinDetect_Initialize(void* handle, int width, int height, 
 //   192x144 (24 x 18) previews, the minimum region area rounds down to 0: a
 //   frame on which no region qualifies goes on with a candidate of area 0
 //   and, if it passes the remaining tests, is reported at position (0, 0).
-MOLO_EXPORT int MoloFinDetect_Execute(void* handle, unsigned char* y_plane,
-                                      unsigned char* vu_plane, int orientation, int src_stride,
-                                      int ds_mode, float capture_gain, int color_temp,
-                                      int* pos_row, int* pos_col);
+MOLO_EXPORT int MoloFinDetect_Execute(void* handle, unsigned char* y_plane, unsigned char* vu_plane,
+                                      int orientation, int src_stride, int ds_mode,
+                                      float capture_gain, int color_temp, int* pos_row,
+                                      int* pos_col);
 
 // Reserved hook: checks its arguments and returns 0.
 MOLO_EXPORT int MoloFinDetect_Verification(void* handle, unsigned char* y_plane,

@@ -22,13 +22,13 @@
 // palette is cmap: 256 row pointers into one 768-byte block, three bytes
 // (R, G, B) per entry. Pointers a type does not use are null.
 struct TIFF_IMG {
-  int height;
-  int width;
-  char TIFF_type;
-  unsigned char** mono;
-  unsigned char** color[3];
-  char compress_type;
-  unsigned char** cmap;
+    int height;
+    int width;
+    char TIFF_type;
+    unsigned char** mono;
+    unsigned char** color[3];
+    char compress_type;
+    unsigned char** cmap;
 };
 
 // Sets the size and type, compress_type 'u', and allocates the zero-filled
@@ -96,9 +96,9 @@ MOLO_EXPORT int TIFF_Save_YUV2RGB(unsigned char** y, unsigned char*** vu, int wi
 MOLO_EXPORT int TIFF_Save_YUV2RGB(float** y, unsigned char*** vu, int width, int height,
                                   char* path);
 MOLO_EXPORT int TIFF_Save_YUV2RGB(float** y, float*** vu, int width, int height, char* path);
-MOLO_EXPORT int TIFF_Save_YUV2RGB_offset(unsigned char* y, unsigned char* vu, int width,
-                                         int height, int row_margin, int col_margin,
-                                         int row_shift, int col_shift, char* path);
+MOLO_EXPORT int TIFF_Save_YUV2RGB_offset(unsigned char* y, unsigned char* vu, int width, int height,
+                                         int row_margin, int col_margin, int row_shift,
+                                         int col_shift, char* path);
 MOLO_EXPORT int TIFF_Save_Input_NV21_to_RGB(unsigned char* y, unsigned char* vu, int width,
                                             int height, char* path);
 MOLO_EXPORT int TIFF_Save_Input_NV21_to_RGB(unsigned char** y, unsigned char** vu, int width,

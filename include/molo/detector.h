@@ -31,18 +31,18 @@ public:
 
     // One frame: 1 when a finger is reported (position in full-frame pixels), else 0.
     int execute(unsigned char* y_plane, unsigned char* vu_plane, int orientation,
-                bool do_downsample, int src_stride, int ds_mode, float capture_gain,
-                int color_temp, int* pos_row, int* pos_col);
+                bool do_downsample, int src_stride, int ds_mode, float capture_gain, int color_temp,
+                int* pos_row, int* pos_col);
 
     // Image preparation.
     void DownSampling(int src_stride, int ds_mode);
     void resize(unsigned char* in_y, unsigned char* in_vu, unsigned char* out_y,
-                unsigned char* out_vu, int in_stride, int in_width, int in_height,
-                int out_width, int out_height);
+                unsigned char* out_vu, int in_stride, int in_width, int in_height, int out_width,
+                int out_height);
 
     // Region analysis.
-    void ConnectedSet(Pixel seed, double tolerance, unsigned char* values, int width,
-                      int height, int label, unsigned int* labels, int* count);
+    void ConnectedSet(Pixel seed, double tolerance, unsigned char* values, int width, int height,
+                      int label, unsigned int* labels, int* count);
     int GetBorderLength(int label, int* position);
     unsigned int compute_perimeter(unsigned int* labels, int stride, int rows, int label);
     int CheckShape();
@@ -52,8 +52,7 @@ public:
 
     // Edge, corner and line features. The two Sobel operators read and write
     // only their arguments, so they are safe to call from several threads.
-    void Sobel3(unsigned char* plane, int row, int col, int width, int height,
-                int* magnitude);
+    void Sobel3(unsigned char* plane, int row, int col, int width, int height, int* magnitude);
     void Sobel5(unsigned char* plane, int row, int col, int width, int* vertical, int* horizontal,
                 int* reserved, int* angle);
     int HarrisCorner();
@@ -90,22 +89,22 @@ public:
     int height{};             // setup: preview height in pixels
     int width{};              // setup: preview width in pixels
     int src_stride{};         // frame: row pitch of the source planes, stored by execute
-    unsigned char* full_y_buf{};   // setup [footprint]: full-size luma scratch, never used
-    unsigned char* full_vu_buf{};  // setup [footprint]: full-size chroma scratch, never used
-    unsigned char* down_y{};       // frame: working luma (DownSampling); read by every stage
-    unsigned char* down_vu{};      // frame: working interleaved chroma, half resolution, likewise
-    int down_height{};             // setup: working grid rows (an eighth, made even)
-    int down_width{};              // setup: working grid columns
+    unsigned char* full_y_buf{};     // setup [footprint]: full-size luma scratch, never used
+    unsigned char* full_vu_buf{};    // setup [footprint]: full-size chroma scratch, never used
+    unsigned char* down_y{};         // frame: working luma (DownSampling); read by every stage
+    unsigned char* down_vu{};        // frame: working interleaved chroma, half resolution, likewise
+    int down_height{};               // setup: working grid rows (an eighth, made even)
+    int down_width{};                // setup: working grid columns
     unsigned char* skin_mask{};      // frame: 0xFF where colour matches, luma flat; for decision
     unsigned char* seed_map_full{};  // setup: 1 left seed, 2 right seed, 0 none; read by frame
     unsigned char* seed_map_band{};  // setup: the same for band entries; read by frame
     Pixel* region_queue{};           // frame: work queue of ConnectedSet, one per cell
     // frame: 0 not grown, 1 not a candidate, 2+ region label; read by decision, shape
     unsigned int* label_map{};
-    int frame_count{};               // frame: calls past the busy guard; picks the entry
-    int* grad_xx{};  // corner: gradient products of HarrisCorner, its own scratch
-    int* grad_yy{};  // corner
-    int* grad_xy{};  // corner
+    int frame_count{};           // frame: calls past the busy guard; picks the entry
+    int* grad_xx{};              // corner: gradient products of HarrisCorner, its own scratch
+    int* grad_yy{};              // corner
+    int* grad_xy{};              // corner
     int best_label{};            // frame: label of the candidate; read by decision, shape
     float* color_dist{};         // frame: chroma distance of each pixel to the active entry
     RegionStat* region_stats{};  // frame: indexed by label; read by decision, shape
@@ -117,25 +116,25 @@ public:
     long long detect_time{};     // decision [clients]: timestamp of the last report
     // decision: consecutive frames whose candidate passed every test; read by search, frame
     int have_detect{};
-    int db_index{};     // frame: active colour entry; read by decision and every message
-    int found_area{};   // decision [clients]: area of the last reported region
+    int db_index{};    // frame: active colour entry; read by decision and every message
+    int found_area{};  // decision [clients]: area of the last reported region
     // decision: 1 on the candidate region; read and changed by shape, corner, hough
     unsigned char* finger_mask{};
-    unsigned char* edge_map{};     // hough: outline of the candidate; scratch of Erode and Dilate
-    unsigned char busy{};          // frame: re-entrancy guard, set and cleared by execute
-    int min_area{};                // frame: least candidate area of this frame
-    int max_area{};                // frame: largest candidate area of this frame
-    float skin_ratio{};            // frame: share of skin pixels; read by decision
-    int** blur_kernel{};  // setup: 7 x 7 Gaussian weights of the corner stage
-    int blur_kernel_sum{};  // setup: their sum
-    int orientation{};      // frame: entry side of this frame; read by decision, shape
-    int* corner_response{};  // corner: response map of HarrisCorner
-    float best_compactness{};  // frame [clients]: compactness of the candidate
+    unsigned char* edge_map{};  // hough: outline of the candidate; scratch of Erode and Dilate
+    unsigned char busy{};       // frame: re-entrancy guard, set and cleared by execute
+    int min_area{};             // frame: least candidate area of this frame
+    int max_area{};             // frame: largest candidate area of this frame
+    float skin_ratio{};         // frame: share of skin pixels; read by decision
+    int** blur_kernel{};        // setup: 7 x 7 Gaussian weights of the corner stage
+    int blur_kernel_sum{};      // setup: their sum
+    int orientation{};          // frame: entry side of this frame; read by decision, shape
+    int* corner_response{};     // corner: response map of HarrisCorner
+    float best_compactness{};   // frame [clients]: compactness of the candidate
     int scan_row_end{};  // corner: rows the corner stage differentiates; read by StraitLineDetect
     int scan_col_end{};  // corner: columns likewise
     int straight_run_best{};    // StraitLineDetect [clients]: longest run
     int straight_run_second{};  // StraitLineDetect [clients]: second run
-    int edge_count{};  // hough: outline pixels of edge_map; read by the verdict
+    int edge_count{};           // hough: outline pixels of edge_map; read by the verdict
     // decision: the candidate's bounding box, inclusive; read by shape, corner, hough
     int box_top{};
     int box_left{};
@@ -156,8 +155,8 @@ public:
     int second_angle{};
     int second_rho{};
     int second_longest_run{};
-    int second_run{};          // [clients]
-    float second_dist_sum{};   // [clients]
+    int second_run{};         // [clients]
+    float second_dist_sum{};  // [clients]
     int cross_row{};
     int cross_col{};
     float corner_line_dist{};
@@ -172,7 +171,7 @@ public:
     int hough_rho_count{};   // setup: rho rows of hough_acc
     int hough_angles{};      // setup: angle columns of hough_acc
     int hough_acc_size{};    // setup [clients]: cells of hough_acc
-    int db_count{};    // search: colour entries cycled through while searching; read by frame
+    int db_count{};          // search: colour entries cycled through while searching; read by frame
     int log_enabled{};  // setup: diagnostic logging switch; read wherever a message is optional
     // hough: the hough_voted_rows rho rows of hough_acc from hough_voted_low
     // on hold the last vote of HoughLine and every other cell is 0;

@@ -3,9 +3,9 @@
 #define MOLO_EXPORT_H
 
 #if defined(_WIN32)
-#  define MOLO_EXPORT
+#define MOLO_EXPORT
 #else
-#  define MOLO_EXPORT __attribute__((visibility("default")))
+#define MOLO_EXPORT __attribute__((visibility("default")))
 #endif
 
 #endif  // MOLO_EXPORT_H

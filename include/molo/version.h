@@ -7,7 +7,7 @@
 #define MOLO_FINGERDETECT_VERSION_MINOR 0
 #define MOLO_FINGERDETECT_VERSION_PATCH 0
 // One number for comparisons: major * 10000 + minor * 100 + patch.
-#define MOLO_FINGERDETECT_VERSION                                           \
+#define MOLO_FINGERDETECT_VERSION                                                      \
     (MOLO_FINGERDETECT_VERSION_MAJOR * 10000 + MOLO_FINGERDETECT_VERSION_MINOR * 100 + \
      MOLO_FINGERDETECT_VERSION_PATCH)
 

@@ -37,8 +37,8 @@ int MoloFinDetect_Execute(void* handle, unsigned char* y_plane, unsigned char* v
                                capture_gain, color_temp, pos_row, pos_col);
 }
 
-int MoloFinDetect_Verification(void* handle, unsigned char* y_plane, unsigned char* vu_plane,
-                               int a, int b, int c, int d) {
+int MoloFinDetect_Verification(void* handle, unsigned char* y_plane, unsigned char* vu_plane, int a,
+                               int b, int c, int d) {
     if (vu_plane == nullptr || y_plane == nullptr) return MOLO_FD_NULL_PLANE;
     if (handle == nullptr) return 0;
     return static_cast<Molo_FingerDetect*>(handle)->Verification(y_plane, vu_plane, a, b, c, d);

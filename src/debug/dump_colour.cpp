@@ -12,7 +12,9 @@ namespace {
 // Luma of a flat row-major plane, and of row pointers.
 template <class T>
 auto flat_luma(const T* y, int width) {
-    return [=](int r, int c) { return static_cast<float>(y[static_cast<std::size_t>(r) * width + c]); };
+    return [=](int r, int c) {
+        return static_cast<float>(y[static_cast<std::size_t>(r) * width + c]);
+    };
 }
 template <class T>
 auto row_luma(T* const* y) {
@@ -53,19 +55,19 @@ int dump_rgb(char* path, int width, int height, const molo::DumpWindow& window, 
              Chroma chroma) {
     const int cell_rows = height / 2;
     const int cell_cols = width / 2;
-    return molo::dump_record(
-        path, height, width, 'c', window, [&](TIFF_IMG& img, int r, int c, int sr, int sc) {
-            float v = 128.0f;
-            float u = 128.0f;
-            if (cell_rows > 0 && cell_cols > 0) {
-                chroma(sr / 2 < cell_rows ? sr / 2 : cell_rows - 1,
-                       sc / 2 < cell_cols ? sc / 2 : cell_cols - 1, v, u);
-            }
-            const molo::Rgb p = molo::yuv_to_rgb(luma(sr, sc), v, u);
-            img.color[0][r][c] = p.r;
-            img.color[1][r][c] = p.g;
-            img.color[2][r][c] = p.b;
-        });
+    return molo::dump_record(path, height, width, 'c', window,
+                             [&](TIFF_IMG& img, int r, int c, int sr, int sc) {
+                                 float v = 128.0f;
+                                 float u = 128.0f;
+                                 if (cell_rows > 0 && cell_cols > 0) {
+                                     chroma(sr / 2 < cell_rows ? sr / 2 : cell_rows - 1,
+                                            sc / 2 < cell_cols ? sc / 2 : cell_cols - 1, v, u);
+                                 }
+                                 const molo::Rgb p = molo::yuv_to_rgb(luma(sr, sc), v, u);
+                                 img.color[0][r][c] = p.r;
+                                 img.color[1][r][c] = p.g;
+                                 img.color[2][r][c] = p.b;
+                             });
 }
 
 template <class Luma, class Chroma>

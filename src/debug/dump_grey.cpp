@@ -11,7 +11,9 @@
 
 namespace {
 
-unsigned char clamp_byte(int v) { return static_cast<unsigned char>(v < 0 ? 0 : v > 255 ? 255 : v); }
+unsigned char clamp_byte(int v) {
+    return static_cast<unsigned char>(v < 0 ? 0 : v > 255 ? 255 : v);
+}
 
 // Element (r, c) of a flat row-major plane.
 template <class T>

@@ -76,10 +76,9 @@ int dump_record(const char* path, int height, int width, char type, const DumpWi
 // A grey dump: grey(source_row, source_col) gives the output byte.
 template <class Grey>
 int dump_grey(const char* path, int width, int height, const DumpWindow& window, Grey grey) {
-    return dump_record(path, height, width, 'g', window,
-                       [&grey](TIFF_IMG& img, int r, int c, int sr, int sc) {
-                           img.mono[r][c] = grey(sr, sc);
-                       });
+    return dump_record(
+        path, height, width, 'g', window,
+        [&grey](TIFF_IMG& img, int r, int c, int sr, int sc) { img.mono[r][c] = grey(sr, sc); });
 }
 
 }  // namespace molo

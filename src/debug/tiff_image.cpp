@@ -11,7 +11,8 @@ namespace {
 
 unsigned char** allocate_plane(int rows, int cols) {
     const uint64_t bytes = static_cast<uint64_t>(rows) * static_cast<uint64_t>(cols);
-    if (bytes > SIZE_MAX || static_cast<uint64_t>(rows) > SIZE_MAX / sizeof(unsigned char*)) return nullptr;
+    if (bytes > SIZE_MAX || static_cast<uint64_t>(rows) > SIZE_MAX / sizeof(unsigned char*))
+        return nullptr;
     unsigned char** plane = static_cast<unsigned char**>(std::calloc(rows, sizeof(unsigned char*)));
     unsigned char* data = static_cast<unsigned char*>(std::calloc(static_cast<size_t>(bytes), 1));
     if (plane == nullptr || data == nullptr) {
@@ -19,7 +20,8 @@ unsigned char** allocate_plane(int rows, int cols) {
         std::free(data);
         return nullptr;
     }
-    for (int r = 0; r < rows; ++r) plane[r] = data + static_cast<size_t>(r) * static_cast<size_t>(cols);
+    for (int r = 0; r < rows; ++r)
+        plane[r] = data + static_cast<size_t>(r) * static_cast<size_t>(cols);
     return plane;
 }
 
@@ -53,7 +55,8 @@ int get_TIFF(TIFF_IMG* img, int height, int width, char type) {
         return molo::tiff_fail("get_TIFF", "image height and width must be positive\n");
     }
     if (type != 'g' && type != 'p' && type != 'c' && type != '4') {
-        return molo::tiff_fail("get_TIFF", "allocation for image of type %c is not supported", type);
+        return molo::tiff_fail("get_TIFF", "allocation for image of type %c is not supported",
+                               type);
     }
     img->height = height;
     img->width = width;
@@ -66,7 +69,8 @@ int get_TIFF(TIFF_IMG* img, int height, int width, char type) {
     bool ok = true;
     if (type != 'c') ok = (img->mono = allocate_plane(height, width)) != nullptr;
     if (type == 'c' || type == '4') {
-        for (auto& plane : img->color) ok = ok && (plane = allocate_plane(height, width)) != nullptr;
+        for (auto& plane : img->color)
+            ok = ok && (plane = allocate_plane(height, width)) != nullptr;
     }
     if (type == 'p') ok = ok && (img->cmap = allocate_plane(256, 3)) != nullptr;
     if (!ok) {

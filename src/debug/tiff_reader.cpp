@@ -21,7 +21,20 @@ using molo::print_diagnostic;
 using molo::tiff_fail;
 
 // The directory entries the reader uses.
-enum Slot { kWidth, kLength, kBits, kCompression, kPhotometric, kOffsets, kSamples, kRows, kCounts, kPlanar, kColorMap, kSlots };
+enum Slot {
+    kWidth,
+    kLength,
+    kBits,
+    kCompression,
+    kPhotometric,
+    kOffsets,
+    kSamples,
+    kRows,
+    kCounts,
+    kPlanar,
+    kColorMap,
+    kSlots
+};
 
 struct Entry {
     bool present = false;
@@ -40,18 +53,30 @@ struct Source {
 
 int slot_of(uint16_t tag) {
     switch (tag) {
-        case molo::kTagImageWidth: return kWidth;
-        case molo::kTagImageLength: return kLength;
-        case molo::kTagBitsPerSample: return kBits;
-        case molo::kTagCompression: return kCompression;
-        case molo::kTagPhotometric: return kPhotometric;
-        case molo::kTagStripOffsets: return kOffsets;
-        case molo::kTagSamplesPerPixel: return kSamples;
-        case molo::kTagRowsPerStrip: return kRows;
-        case molo::kTagStripByteCounts: return kCounts;
-        case molo::kTagPlanarConfiguration: return kPlanar;
-        case molo::kTagColorMap: return kColorMap;
-        default: return -1;
+        case molo::kTagImageWidth:
+            return kWidth;
+        case molo::kTagImageLength:
+            return kLength;
+        case molo::kTagBitsPerSample:
+            return kBits;
+        case molo::kTagCompression:
+            return kCompression;
+        case molo::kTagPhotometric:
+            return kPhotometric;
+        case molo::kTagStripOffsets:
+            return kOffsets;
+        case molo::kTagSamplesPerPixel:
+            return kSamples;
+        case molo::kTagRowsPerStrip:
+            return kRows;
+        case molo::kTagStripByteCounts:
+            return kCounts;
+        case molo::kTagPlanarConfiguration:
+            return kPlanar;
+        case molo::kTagColorMap:
+            return kColorMap;
+        default:
+            return -1;
     }
 }
 
@@ -62,15 +87,18 @@ bool type_fits(int slot, uint16_t type) {
         case kLength:
         case kOffsets:
         case kRows:
-        case kCounts: return type == molo::kTypeShort || type == molo::kTypeLong;
-        default: return type == molo::kTypeShort;
+        case kCounts:
+            return type == molo::kTypeShort || type == molo::kTypeLong;
+        default:
+            return type == molo::kTypeShort;
     }
 }
 
 const uint16_t kSlotTag[kSlots] = {
-    molo::kTagImageWidth,   molo::kTagImageLength,      molo::kTagBitsPerSample, molo::kTagCompression,
-    molo::kTagPhotometric,  molo::kTagStripOffsets,     molo::kTagSamplesPerPixel, molo::kTagRowsPerStrip,
-    molo::kTagStripByteCounts, molo::kTagPlanarConfiguration, molo::kTagColorMap};
+    molo::kTagImageWidth,          molo::kTagImageLength,  molo::kTagBitsPerSample,
+    molo::kTagCompression,         molo::kTagPhotometric,  molo::kTagStripOffsets,
+    molo::kTagSamplesPerPixel,     molo::kTagRowsPerStrip, molo::kTagStripByteCounts,
+    molo::kTagPlanarConfiguration, molo::kTagColorMap};
 
 bool read_bytes(Source& in, unsigned char* b, size_t n) { return std::fread(b, 1, n, in.fp) == n; }
 
@@ -110,14 +138,16 @@ int read_header(Source& in, uint32_t& directory) {
 
     unsigned char mark[2];
     if (!read_bytes(in, mark, 2)) {
-        return tiff_fail("ReadHeader", "error reading unsigned short\nerror reading image header\n");
+        return tiff_fail("ReadHeader",
+                         "error reading unsigned short\nerror reading image header\n");
     }
     const uint16_t order = static_cast<uint16_t>(mark[0] << 8 | mark[1]);
     if (order != molo::kOrderLittle && order != molo::kOrderBig) return 1;
     in.order.FileByteOrder = order;
     uint32_t magic;
     if (!read16(in, magic)) {
-        return tiff_fail("ReadHeader", "error reading unsigned short\nerror reading image header\n");
+        return tiff_fail("ReadHeader",
+                         "error reading unsigned short\nerror reading image header\n");
     }
     if (magic != 42) return 1;
     if (!read32(in, directory)) {
@@ -147,14 +177,16 @@ int read_directory(Source& in, uint32_t directory) {
             return tiff_fail("ReadIFD", "tag %u appears more than once in IFD\n", tag);
         }
         if (i > 0 && tag < previous_tag) {
-            return tiff_fail("ReadIFD", "tag %u follows tag %u; tags in IFD must ascend\n", tag, previous_tag);
+            return tiff_fail("ReadIFD", "tag %u follows tag %u; tags in IFD must ascend\n", tag,
+                             previous_tag);
         }
         previous_tag = tag;
         if (count == 0) return tiff_fail("ReadIFD", "encountered 0 as field count");
         const int slot = slot_of(static_cast<uint16_t>(tag));
         if (slot < 0) continue;
         if (!type_fits(slot, static_cast<uint16_t>(type))) {
-            tiff_fail("ReadIFD", "field type %u does not fit tag %u;\nfield will be ignored\n", type, tag);
+            tiff_fail("ReadIFD", "field type %u does not fit tag %u;\nfield will be ignored\n",
+                      type, tag);
             continue;
         }
         Entry& e = in.entries[slot];
@@ -163,17 +195,19 @@ int read_directory(Source& in, uint32_t directory) {
         e.count = count;
         std::copy(value, value + 4, e.value);
     }
-    if (!read32(in, in.next_directory)) return tiff_fail("ReadIFD", "error reading offset of next IFD\n");
+    if (!read32(in, in.next_directory))
+        return tiff_fail("ReadIFD", "error reading offset of next IFD\n");
     return 0;
 }
 
 int check_core_fields(Source& in) {
     for (int slot : {kWidth, kLength, kCompression, kPhotometric, kOffsets, kCounts}) {
         if (!in.entries[slot].present) {
-            print_diagnostic("tiff reader:  function CheckForCoreFields:\n"
-                             "field for tag %d does not appear\n"
-                             "in IFD (and has no default)\n",
-                             kSlotTag[slot]);
+            print_diagnostic(
+                "tiff reader:  function CheckForCoreFields:\n"
+                "field for tag %d does not appear\n"
+                "in IFD (and has no default)\n",
+                kSlotTag[slot]);
             return 1;
         }
     }
@@ -197,12 +231,14 @@ int read_values(Source& in, int slot, uint32_t* out, uint32_t count, const char*
     }
     unsigned char chunk[512];
     for (uint32_t done = 0; done < count;) {
-        const uint32_t now = static_cast<uint32_t>(std::min<uint64_t>(count - done, sizeof chunk / size));
+        const uint32_t now =
+            static_cast<uint32_t>(std::min<uint64_t>(count - done, sizeof chunk / size));
         if (!read_bytes(in, chunk, now * size)) {
             return tiff_fail(step, "error reading values of tag %d\n", kSlotTag[slot]);
         }
         for (uint32_t i = 0; i < now; ++i) {
-            out[done + i] = size == 2 ? in.order.get16(chunk + 2 * i) : in.order.get32(chunk + 4 * i);
+            out[done + i] =
+                size == 2 ? in.order.get16(chunk + 2 * i) : in.order.get32(chunk + 4 * i);
         }
         done += now;
     }
@@ -227,7 +263,8 @@ int check_compression(Source& in) {
     uint32_t compression;
     if (read_scalar(in, kCompression, 0, compression, "GetCompression") != 0) return 1;
     switch (compression) {
-        case molo::kCompressionNone: return 0;
+        case molo::kCompressionNone:
+            return 0;
         case molo::kCompressionPackBits:
             return tiff_fail("GetCompression", "PackBits compression not supported\n");
         case molo::kCompressionHuffman:
@@ -261,7 +298,8 @@ int get_image_type(Source& in, char& type, uint32_t* palette) {
         return tiff_fail("GetImageType", "can't infer image type from IFD\n");
     }
     if (samples > 1 && planar != 1) {
-        return tiff_fail("GetImageType", "PlanarConfiguration %u is not supported by this reader\n", planar);
+        return tiff_fail("GetImageType", "PlanarConfiguration %u is not supported by this reader\n",
+                         planar);
     }
 
     uint32_t bits[3] = {1, 1, 1};  // one bit per sample when the field is absent
@@ -314,8 +352,8 @@ int get_strips(Source& in, uint64_t height, uint64_t bytes_per_row, Strips& s) {
     s.count = (height + s.rows_per_strip - 1) / s.rows_per_strip;
     for (int slot : {kOffsets, kCounts}) {
         if (in.entries[slot].count != s.count) {
-            return tiff_fail("GetStrips", "field for tag %d holds %lu values for %lu strips\n", kSlotTag[slot],
-                             static_cast<unsigned long>(in.entries[slot].count),
+            return tiff_fail("GetStrips", "field for tag %d holds %lu values for %lu strips\n",
+                             kSlotTag[slot], static_cast<unsigned long>(in.entries[slot].count),
                              static_cast<unsigned long>(s.count));
         }
     }
@@ -323,7 +361,8 @@ int get_strips(Source& in, uint64_t height, uint64_t bytes_per_row, Strips& s) {
         const Entry& e = in.entries[slot];
         const uint64_t bytes = uint64_t{e.type == molo::kTypeShort ? 2u : 4u} * e.count;
         if (bytes > 4 && !lies_in_file(in, in.order.get32(e.value), bytes)) {
-            return tiff_fail("GetStrips", "values of tag %d lie beyond the end of the file\n", kSlotTag[slot]);
+            return tiff_fail("GetStrips", "values of tag %d lie beyond the end of the file\n",
+                             kSlotTag[slot]);
         }
     }
     s.offsets = static_cast<uint32_t*>(std::calloc(s.count, sizeof(uint32_t)));
@@ -338,7 +377,8 @@ int get_strips(Source& in, uint64_t height, uint64_t bytes_per_row, Strips& s) {
         return 1;
     }
     for (uint32_t i = 0; i < n; ++i) {
-        const uint64_t needed = std::min(s.rows_per_strip, height - i * s.rows_per_strip) * bytes_per_row;
+        const uint64_t needed =
+            std::min(s.rows_per_strip, height - i * s.rows_per_strip) * bytes_per_row;
         if (s.bytes[i] < needed) {
             return tiff_fail("GetStrips", "strip number %lu holds %lu bytes; its rows need %llu\n",
                              static_cast<unsigned long>(i), static_cast<unsigned long>(s.bytes[i]),
@@ -357,7 +397,8 @@ bool read_strip(Source& in, const Strips& s, uint32_t i, TIFF_IMG& img) {
     if (!seek_to(in, s.offsets[i])) return false;
     const size_t width = static_cast<size_t>(img.width);
     const uint64_t first = i * s.rows_per_strip;
-    const uint64_t last = std::min<uint64_t>(first + s.rows_per_strip, static_cast<uint64_t>(img.height));
+    const uint64_t last =
+        std::min<uint64_t>(first + s.rows_per_strip, static_cast<uint64_t>(img.height));
     unsigned char chunk[3 * 1024];
     for (uint64_t r = first; r < last; ++r) {
         if (img.TIFF_type != 'c') {
@@ -383,8 +424,8 @@ int read_TIFF(FILE* fp, TIFF_IMG* img) {
 
     Source in{fp, 0, {}, {}, 0};
     uint32_t directory;
-    if (read_header(in, directory) != 0 || read_directory(in, directory) != 0 || check_core_fields(in) != 0 ||
-        check_compression(in) != 0) {
+    if (read_header(in, directory) != 0 || read_directory(in, directory) != 0 ||
+        check_core_fields(in) != 0 || check_compression(in) != 0) {
         return 1;
     }
     char type = 0;
@@ -396,10 +437,13 @@ int read_TIFF(FILE* fp, TIFF_IMG* img) {
         read_scalar(in, kLength, 0, height, "GetImageSize") != 0) {
         return 1;
     }
-    if (width < 1 || height < 1) return tiff_fail("GetImageSize", "image dimension is less than 1\n");
+    if (width < 1 || height < 1)
+        return tiff_fail("GetImageSize", "image dimension is less than 1\n");
     const uint64_t bytes_per_row = uint64_t{width} * (type == 'c' ? 3 : 1);
-    if (width > molo::kMaxSide || height > molo::kMaxSide || bytes_per_row * height > molo::kMaxImageBytes) {
-        return tiff_fail("GetImageSize", "image of %lu x %lu pixels is larger than this reader accepts\n",
+    if (width > molo::kMaxSide || height > molo::kMaxSide ||
+        bytes_per_row * height > molo::kMaxImageBytes) {
+        return tiff_fail("GetImageSize",
+                         "image of %lu x %lu pixels is larger than this reader accepts\n",
                          static_cast<unsigned long>(height), static_cast<unsigned long>(width));
     }
     Strips strips;
@@ -408,7 +452,8 @@ int read_TIFF(FILE* fp, TIFF_IMG* img) {
     TIFF_IMG out{};
     if (get_TIFF(&out, static_cast<int>(height), static_cast<int>(width), type) != 0) return 1;
     if (type == 'p') {
-        for (int i = 0; i < 768; ++i) out.cmap[i % 256][i / 256] = static_cast<unsigned char>(palette[i] >> 8);
+        for (int i = 0; i < 768; ++i)
+            out.cmap[i % 256][i / 256] = static_cast<unsigned char>(palette[i] >> 8);
     }
     for (uint32_t i = 0; i < strips.count; ++i) {
         if (!read_strip(in, strips, i, out)) {
@@ -417,8 +462,9 @@ int read_TIFF(FILE* fp, TIFF_IMG* img) {
         }
     }
     if (in.next_directory != 0) {
-        print_diagnostic("WARNING:  this TIFF file contains multiple images;\n"
-                         "all but the first image will be ignored by the TIFF reader\n");
+        print_diagnostic(
+            "WARNING:  this TIFF file contains multiple images;\n"
+            "all but the first image will be ignored by the TIFF reader\n");
     }
     *img = out;
     return 0;

@@ -40,14 +40,17 @@ struct Field {
 
 int write_ushort(FILE* fp, uint32_t v) {
     const unsigned char b[2] = {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)};
-    if (std::fwrite(b, 1, 2, fp) != 2) return tiff_fail("WriteUShort", "error writing unsigned short\n");
+    if (std::fwrite(b, 1, 2, fp) != 2)
+        return tiff_fail("WriteUShort", "error writing unsigned short\n");
     return 0;
 }
 
 int write_uint(FILE* fp, uint32_t v) {
-    const unsigned char b[4] = {static_cast<unsigned char>(v >> 24), static_cast<unsigned char>(v >> 16),
+    const unsigned char b[4] = {static_cast<unsigned char>(v >> 24),
+                                static_cast<unsigned char>(v >> 16),
                                 static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)};
-    if (std::fwrite(b, 1, 4, fp) != 4) return tiff_fail("WriteUInt", "error writing unsigned int\n");
+    if (std::fwrite(b, 1, 4, fp) != 4)
+        return tiff_fail("WriteUInt", "error writing unsigned int\n");
     return 0;
 }
 
@@ -57,21 +60,29 @@ int write_uchar(FILE* fp, unsigned char v) {
 }
 
 int write_rational(FILE* fp, uint32_t numerator, uint32_t denominator) {
-    const unsigned char b[8] = {
-        static_cast<unsigned char>(numerator >> 24),   static_cast<unsigned char>(numerator >> 16),
-        static_cast<unsigned char>(numerator >> 8),    static_cast<unsigned char>(numerator),
-        static_cast<unsigned char>(denominator >> 24), static_cast<unsigned char>(denominator >> 16),
-        static_cast<unsigned char>(denominator >> 8),  static_cast<unsigned char>(denominator)};
-    if (std::fwrite(b, 1, 8, fp) != 8) return tiff_fail("WriteRational", "error writing rational number\n");
+    const unsigned char b[8] = {static_cast<unsigned char>(numerator >> 24),
+                                static_cast<unsigned char>(numerator >> 16),
+                                static_cast<unsigned char>(numerator >> 8),
+                                static_cast<unsigned char>(numerator),
+                                static_cast<unsigned char>(denominator >> 24),
+                                static_cast<unsigned char>(denominator >> 16),
+                                static_cast<unsigned char>(denominator >> 8),
+                                static_cast<unsigned char>(denominator)};
+    if (std::fwrite(b, 1, 8, fp) != 8)
+        return tiff_fail("WriteRational", "error writing rational number\n");
     return 0;
 }
 
 uint32_t type_size(uint16_t type) {
     switch (type) {
-        case molo::kTypeShort: return 2;
-        case molo::kTypeLong: return 4;
-        case molo::kTypeRational: return 8;
-        default: return 0;
+        case molo::kTypeShort:
+            return 2;
+        case molo::kTypeLong:
+            return 4;
+        case molo::kTypeRational:
+            return 8;
+        default:
+            return 0;
     }
 }
 
@@ -83,13 +94,15 @@ uint64_t rows_in_strip(const Layout& l, uint64_t strip, uint64_t height) {
 
 uint32_t value_at(const Field& f, uint32_t i, const Layout& l, const TIFF_IMG* img) {
     switch (f.values) {
-        case Values::StripOffset: return static_cast<uint32_t>(8 + i * l.rows_per_strip * l.bytes_per_row);
+        case Values::StripOffset:
+            return static_cast<uint32_t>(8 + i * l.rows_per_strip * l.bytes_per_row);
         case Values::StripByteCount:
             return static_cast<uint32_t>(rows_in_strip(l, i, img->height) * l.bytes_per_row);
         case Values::Palette:
             // 256 reds, 256 greens, 256 blues, each byte spread over 16 bits.
             return img->cmap[i % 256][i / 256] * 257u;
-        case Values::Same: break;
+        case Values::Same:
+            break;
     }
     return f.value;
 }
@@ -99,10 +112,17 @@ int write_values(FILE* fp, const Field& f, const Layout& l, const TIFF_IMG* img)
         const uint32_t v = value_at(f, i, l, img);
         int rc;
         switch (f.type) {
-            case molo::kTypeShort: rc = write_ushort(fp, v); break;
-            case molo::kTypeLong: rc = write_uint(fp, v); break;
-            case molo::kTypeRational: rc = write_rational(fp, v, 1); break;
-            default: return tiff_fail("WriteField", "field type %d is not supported\n", f.type);
+            case molo::kTypeShort:
+                rc = write_ushort(fp, v);
+                break;
+            case molo::kTypeLong:
+                rc = write_uint(fp, v);
+                break;
+            case molo::kTypeRational:
+                rc = write_rational(fp, v, 1);
+                break;
+            default:
+                return tiff_fail("WriteField", "field type %d is not supported\n", f.type);
         }
         if (rc != 0) return rc;
     }
@@ -114,26 +134,35 @@ uint16_t short_or_long(uint64_t v) { return v < 65536 ? molo::kTypeShort : molo:
 int samples_per_pixel(char type) {
     switch (type) {
         case 'g':
-        case 'p': return 1;
-        case 'c': return 3;
-        case '4': return 4;
-        default: return 0;
+        case 'p':
+            return 1;
+        case 'c':
+            return 3;
+        case '4':
+            return 4;
+        default:
+            return 0;
     }
 }
 
 uint32_t photometric(char type) {
     switch (type) {
-        case 'g': return 1;
-        case 'p': return 3;
-        case 'c': return 2;
-        default: return 5;  // '4'
+        case 'g':
+            return 1;
+        case 'p':
+            return 3;
+        case 'c':
+            return 2;
+        default:
+            return 5;  // '4'
     }
 }
 
 // The directory's entries in ascending tag order; returns their number.
 int make_fields(const TIFF_IMG* img, const Layout& l, Field* fields) {
     int n = 0;
-    const auto add = [&](uint16_t tag, uint16_t type, uint64_t count, Values values, uint32_t value) {
+    const auto add = [&](uint16_t tag, uint16_t type, uint64_t count, Values values,
+                         uint32_t value) {
         fields[n++] = Field{tag, type, static_cast<uint32_t>(count), values, value};
     };
     const int samples = samples_per_pixel(img->TIFF_type);
@@ -145,7 +174,8 @@ int make_fields(const TIFF_IMG* img, const Layout& l, Field* fields) {
     add(molo::kTagStripOffsets, molo::kTypeLong, l.strips, Values::StripOffset, 0);
     add(molo::kTagRowsPerStrip, short_or_long(l.rows_per_strip), 1, Values::Same,
         static_cast<uint32_t>(l.rows_per_strip));
-    add(molo::kTagStripByteCounts, short_or_long(first_strip_bytes), l.strips, Values::StripByteCount, 0);
+    add(molo::kTagStripByteCounts, short_or_long(first_strip_bytes), l.strips,
+        Values::StripByteCount, 0);
     add(molo::kTagXResolution, molo::kTypeRational, 1, Values::Same, 100);
     add(molo::kTagYResolution, molo::kTypeRational, 1, Values::Same, 100);
     add(molo::kTagResolutionUnit, molo::kTypeShort, 1, Values::Same, 2);
@@ -165,7 +195,8 @@ int write_strip(FILE* fp, const TIFF_IMG* img, const Layout& l, uint64_t s) {
     for (uint64_t r = first; r < first + rows; ++r) {
         if (img->TIFF_type == 'g' || img->TIFF_type == 'p') {
             if (std::fwrite(img->mono[r], 1, width, fp) != width) {
-                return tiff_fail("WriteStrip", "error writing strip number %ld\n", static_cast<long>(s));
+                return tiff_fail("WriteStrip", "error writing strip number %ld\n",
+                                 static_cast<long>(s));
             }
             continue;
         }
@@ -179,7 +210,8 @@ int write_strip(FILE* fp, const TIFF_IMG* img, const Layout& l, uint64_t s) {
                 for (size_t k = 0; k < samples; ++k) pack[c * samples + k] = planes[k][c0 + c];
             }
             if (std::fwrite(pack, 1, pixels * samples, fp) != pixels * samples) {
-                return tiff_fail("WriteStrip", "error writing strip number %ld\n", static_cast<long>(s));
+                return tiff_fail("WriteStrip", "error writing strip number %ld\n",
+                                 static_cast<long>(s));
             }
         }
     }
@@ -224,7 +256,8 @@ int write_TIFF(FILE* fp, TIFF_IMG* img) {
     if (l.bytes_per_row >= kStripBytes) {
         l.rows_per_strip = 1;
     } else {
-        l.rows_per_strip = std::min(std::max<uint64_t>(2, (kStripBytes + l.bytes_per_row - 1) / l.bytes_per_row), height);
+        l.rows_per_strip = std::min(
+            std::max<uint64_t>(2, (kStripBytes + l.bytes_per_row - 1) / l.bytes_per_row), height);
     }
     l.strips = (height + l.rows_per_strip - 1) / l.rows_per_strip;
     const uint64_t strip_end = 8 + height * l.bytes_per_row;
@@ -259,7 +292,8 @@ int write_TIFF(FILE* fp, TIFF_IMG* img) {
     if (write_ushort(fp, static_cast<uint32_t>(n)) != 0) return 1;
     for (int i = 0; i < n; ++i) {
         const Field& f = fields[i];
-        if (write_ushort(fp, f.tag) || write_ushort(fp, f.type) || write_uint(fp, f.count)) return 1;
+        if (write_ushort(fp, f.tag) || write_ushort(fp, f.type) || write_uint(fp, f.count))
+            return 1;
         if (value_bytes(f) > 4) {
             if (write_uint(fp, static_cast<uint32_t>(value_offset[i])) != 0) return 1;
             continue;

@@ -17,8 +17,7 @@ unsigned char channel(double value) {
 Rgb yuv_to_rgb(float y, float v, float u) {
     const float dv = v - 128.0f;
     const float du = u - 128.0f;
-    return {channel(y + 1.402 * dv), channel(y - 0.344 * du - 0.714 * dv),
-            channel(y + 1.772 * du)};
+    return {channel(y + 1.402 * dv), channel(y - 0.344 * du - 0.714 * dv), channel(y + 1.772 * du)};
 }
 
 }  // namespace molo

@@ -8,10 +8,8 @@ using molo::kKindFullGrey;
 
 int Molo_FingerDetect::ReadDB(char* /*db_path*/) {
     static const FingerColor kTable[MOLO_FINGER_DB_SIZE] = {
-        {146.89f, 116.58f, 14.0f, kKindFull},
-        {155.18f, 110.43f, 14.0f, kKindFull},
-        {164.86f, 101.66f, 14.0f, kKindFull},
-        {130.29f, 131.49f, 8.0f, kKindBandGrey},
+        {146.89f, 116.58f, 14.0f, kKindFull},    {155.18f, 110.43f, 14.0f, kKindFull},
+        {164.86f, 101.66f, 14.0f, kKindFull},    {130.29f, 131.49f, 8.0f, kKindBandGrey},
         {136.29f, 125.64f, 8.0f, kKindFullGrey},
     };
     for (int i = 0; i < MOLO_FINGER_DB_SIZE; ++i) finger_db[i] = kTable[i];

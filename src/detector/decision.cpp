@@ -206,8 +206,8 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
 
     if (!passes_shape(d)) return reject(d, kNotFingerShape);
 
-    if (!anchored(d) && !(static_cast<float>(h) * 0.003f * static_cast<float>(w) <=
-                          static_cast<float>(area))) {
+    if (!anchored(d) &&
+        !(static_cast<float>(h) * 0.003f * static_cast<float>(w) <= static_cast<float>(area))) {
         return reject(d, "%d:position at middle but size is too small.\n");
     }
 
@@ -261,8 +261,7 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
         log_print(kLogDebug,
                   "%d: position(%d,%d), UV(%3.2f, %3.2f)"
                   "-------------------------------------------\n",
-                  d.db_index, row, col, static_cast<double>(means.u),
-                  static_cast<double>(means.v));
+                  d.db_index, row, col, static_cast<double>(means.u), static_cast<double>(means.v));
     }
     timestamp(&d.detect_time);
     return 1;

@@ -6,8 +6,8 @@
 namespace molo {
 
 int analyse_frame(Molo_FingerDetect& d, unsigned char* y_plane, unsigned char* vu_plane,
-                  int orientation, int src_stride, int ds_mode, float capture_gain,
-                  int color_temp, int* pos_row, int* pos_col) {
+                  int orientation, int src_stride, int ds_mode, float capture_gain, int color_temp,
+                  int* pos_row, int* pos_col) {
     Molo_FingerDetect* const detector = &d;
 
     // Tracking: the colour entry is frozen, one call per frame.

@@ -14,8 +14,8 @@ namespace molo {
 // frame downsampled once and reused; the first detection ends the loop.
 // Returns the last execute call's result.
 int analyse_frame(Molo_FingerDetect& d, unsigned char* y_plane, unsigned char* vu_plane,
-                  int orientation, int src_stride, int ds_mode, float capture_gain,
-                  int color_temp, int* pos_row, int* pos_col);
+                  int orientation, int src_stride, int ds_mode, float capture_gain, int color_temp,
+                  int* pos_row, int* pos_col);
 
 }  // namespace molo
 

@@ -197,9 +197,9 @@ int choose_candidate(Molo_FingerDetect& d, int end_label, const molo::RegionBox*
         if (!(m < best_bound)) continue;
         // The perimeter count carries two fractional bits: a quarter of it is
         // the perimeter the compactness limits are set for.
-        const unsigned int count = molo::perimeter_count(
-            d.label_map, d.down_width, d.down_height, label, box.top, box.bottom + 1, box.left,
-            box.right + 1);
+        const unsigned int count =
+            molo::perimeter_count(d.label_map, d.down_width, d.down_height, label, box.top,
+                                  box.bottom + 1, box.left, box.right + 1);
         const double perimeter = static_cast<double>(count) / 4.0;
         const float compactness =
             static_cast<float>(perimeter / std::sqrt(static_cast<double>(stat.area)));
@@ -224,9 +224,8 @@ int largest_area(const Molo_FingerDetect& d, int end_label) {
 }  // namespace
 
 int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, int orientation_,
-                               bool do_downsample, int stride, int ds_mode,
-                               float /*capture_gain*/, int /*color_temp*/, int* pos_row,
-                               int* pos_col) {
+                               bool do_downsample, int stride, int ds_mode, float /*capture_gain*/,
+                               int /*color_temp*/, int* pos_row, int* pos_col) {
     // A detector without working planes (never or not successfully
     // initialised, or finalised) has nothing to analyse.
     if (down_y == nullptr) return 0;
@@ -277,7 +276,8 @@ int Molo_FingerDetect::execute(unsigned char* y_plane, unsigned char* vu_plane, 
     std::memset(skin_mask, 0, static_cast<size_t>(n));
     const int skin_count = build_skin_mask(*this, entry.radius);
     skin_ratio = static_cast<float>(skin_count) / static_cast<float>(n);
-    if (skin_ratio > 0.3f) return molo::reject(*this, "%d:too many finger pixel at all over area\n");
+    if (skin_ratio > 0.3f)
+        return molo::reject(*this, "%d:too many finger pixel at all over area\n");
 
     {
         const unsigned char* const mask = skin_mask;

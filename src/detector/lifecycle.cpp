@@ -68,7 +68,8 @@ int Molo_FingerDetect::Initialize(int width_, int height_, char* db_path) {
     hough_rho_count = 2 * hough_diag;
     hough_acc_size = hough_rho_count * hough_angles;
 
-    bool ok = allocate(down_y, n, 1) && allocate(down_vu, std::max<size_t>(static_cast<size_t>(h / 2) * (w / 2) * 2, 2), 1) &&
+    bool ok = allocate(down_y, n, 1) &&
+              allocate(down_vu, std::max<size_t>(static_cast<size_t>(h / 2) * (w / 2) * 2, 2), 1) &&
               allocate(skin_mask, n, 1) && allocate(seed_map_full, n, 1) &&
               allocate(seed_map_band, n, 1) &&
               // One zero row below the label plane: the perimeter count reads

@@ -10,8 +10,7 @@
 // arithmetic is in integers, so the order of the sums does not matter.
 #include "molo/support.h"
 
-void Derivative(unsigned char* plane, int row, int col, int width, int* vertical,
-                int* horizontal) {
+void Derivative(unsigned char* plane, int row, int col, int width, int* vertical, int* horizontal) {
     static const int kRowWeight[7] = {0, 1, 2, 3, 2, 1, 0};
     int h = 0;
     int v = 0;
@@ -20,7 +19,7 @@ void Derivative(unsigned char* plane, int row, int col, int width, int* vertical
         const int left = x[0] + x[1] + x[2];
         const int right = x[4] + x[5] + x[6];
         const int ramp = 3 * (x[0] - x[6]) + 2 * (x[1] - x[5]) + (x[2] - x[4]);  // sum of (3 - c) x
-        const int tent = x[1] + x[5] + 2 * (x[2] + x[4]) + 3 * x[3];            // sum of t[c] x
+        const int tent = x[1] + x[5] + 2 * (x[2] + x[4]) + 3 * x[3];             // sum of t[c] x
         const int all = left + x[3] + right;
         const int side = r < 3 ? 1 : (r > 3 ? -1 : 0);
         h += ramp + kRowWeight[r] * (left - right);

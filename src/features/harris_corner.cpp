@@ -88,8 +88,8 @@ int Molo_FingerDetect::HarrisCorner() {
                 const int* v = sum_v + j;
                 const int hz = 3 * (s[0] - s[6]) + 2 * (s[1] - s[5]) + (s[2] - s[4]) +
                                (t[0] + t[1] + t[2]) - (t[4] + t[5] + t[6]);
-                const int vt = (u[0] + u[1] + u[2] + u[3] + u[4] + u[5] + u[6]) + v[1] +
-                               2 * v[2] + 3 * v[3] + 2 * v[4] + v[5];
+                const int vt = (u[0] + u[1] + u[2] + u[3] + u[4] + u[5] + u[6]) + v[1] + 2 * v[2] +
+                               3 * v[3] + 2 * v[4] + v[5];
                 grad_yy[base + c] = vt * vt;
                 grad_xx[base + c] = hz * hz;
                 grad_xy[base + c] = 2 * vt * hz;

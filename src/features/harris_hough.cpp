@@ -50,19 +50,10 @@ bool Molo_FingerDetect::HarrisHough() {
     // An empty outline scores NaN, which counts as no straightness at all.
     const int hough_score = molo::to_int_sat(score * 10000000.0);
 
-    const molo::CornerLineFigures figures{corner,
-                                          hough_score,
-                                          line_dist_sum,
-                                          line_longest_run,
-                                          second_longest_run,
-                                          second_votes,
-                                          edge_count,
-                                          peak_angle,
-                                          second_angle,
-                                          corner_row,
-                                          corner_col,
-                                          w,
-                                          h};
+    const molo::CornerLineFigures figures{
+        corner,     hough_score, line_dist_sum, line_longest_run, second_longest_run, second_votes,
+        edge_count, peak_angle,  second_angle,  corner_row,       corner_col,         w,
+        h};
     molo::CornerLinePlacement placement{cross_row, cross_col, corner_line_dist};
 
     // The pixel of the whole grid closest to both lines, measured in whole

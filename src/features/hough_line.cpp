@@ -60,9 +60,9 @@ double Molo_FingerDetect::HoughLine() {
     // can reach on some grids and no scan reads): clearing those rows clears
     // it. The library is its only writer.
     if (hough_voted_rows > 0) {
-        std::memset(hough_acc + static_cast<size_t>(hough_voted_low) * angles, 0,
-                    static_cast<size_t>(hough_voted_rows) * static_cast<size_t>(angles) *
-                        sizeof(int));
+        std::memset(
+            hough_acc + static_cast<size_t>(hough_voted_low) * angles, 0,
+            static_cast<size_t>(hough_voted_rows) * static_cast<size_t>(angles) * sizeof(int));
     }
 
     // The rho rows that received votes; every other row stays 0. The rho

@@ -23,8 +23,8 @@ inline int distance(float rho, float pos) {
 
 }  // namespace
 
-void find_line_crossing(const HoughLineRef& main_line, const HoughLineRef& second_line,
-                        int diag, int rows, int columns, int* cross_row, int* cross_col) {
+void find_line_crossing(const HoughLineRef& main_line, const HoughLineRef& second_line, int diag,
+                        int rows, int columns, int* cross_row, int* cross_col) {
     const float main_rho = static_cast<float>(main_line.rho);
     const float other_rho = static_cast<float>(second_line.rho);
     const float centre = static_cast<float>(diag);

@@ -18,8 +18,8 @@ struct HoughLineRef {
 // less than the best so far (starting at 100) is stored in *cross_row,
 // *cross_col; ties keep the first pixel met. Nothing is stored when no pixel
 // comes below 100.
-void find_line_crossing(const HoughLineRef& main_line, const HoughLineRef& second_line,
-                        int diag, int rows, int columns, int* cross_row, int* cross_col);
+void find_line_crossing(const HoughLineRef& main_line, const HoughLineRef& second_line, int diag,
+                        int rows, int columns, int* cross_row, int* cross_col);
 
 }  // namespace molo
 

@@ -36,21 +36,21 @@ struct DownsampleRows {
     ChromaRowKernel chroma;
 };
 
-void downsample_luma_row_scalar(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int columns);
+void downsample_luma_row_scalar(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int columns);
 void downsample_chroma_row_scalar(const unsigned char* src, std::ptrdiff_t stride,
                                   unsigned char* out, int pairs, bool swap);
 #if MOLO_DOWNSAMPLE_SSE2
 void downsample_luma_row_sse2(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
                               int columns);
-void downsample_chroma_row_sse2(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int pairs, bool swap);
+void downsample_chroma_row_sse2(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int pairs, bool swap);
 #endif
 #if MOLO_DOWNSAMPLE_NEON
 void downsample_luma_row_neon(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
                               int columns);
-void downsample_chroma_row_neon(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int pairs, bool swap);
+void downsample_chroma_row_neon(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int pairs, bool swap);
 #endif
 
 // The kernel set DownSampling uses on this target.

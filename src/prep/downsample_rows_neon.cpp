@@ -39,8 +39,8 @@ void downsample_luma_row_neon(const unsigned char* src, std::ptrdiff_t stride, u
     downsample_luma_row_scalar(src + 8 * c, stride, out + c, columns - c);
 }
 
-void downsample_chroma_row_neon(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int pairs, bool swap) {
+void downsample_chroma_row_neon(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int pairs, bool swap) {
     int k = 0;
     // Two pairs per step. The 16-bit lanes of s0 / s1 alternate first and
     // second bytes; each collects 2 bytes of 8 rows, at most 16 * 255.

@@ -5,8 +5,8 @@
 
 namespace molo {
 
-void downsample_luma_row_scalar(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int columns) {
+void downsample_luma_row_scalar(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int columns) {
     for (int c = 0; c < columns; ++c) {
         uint32_t sum = 0;
         for (int dy = 0; dy < 8; ++dy) {

@@ -36,7 +36,8 @@ void downsample_luma_row_sse2(const unsigned char* src, std::ptrdiff_t stride, u
         }
         // Means in bytes 0 and 8 (blocks c, c + 1) and 2 and 10 (c + 2, c + 3),
         // then bytes 8 and 10 moved next to 0 and 2.
-        __m128i means = _mm_or_si128(_mm_srli_epi64(s01, 6), _mm_slli_epi64(_mm_srli_epi64(s23, 6), 16));
+        __m128i means =
+            _mm_or_si128(_mm_srli_epi64(s01, 6), _mm_slli_epi64(_mm_srli_epi64(s23, 6), 16));
         means = _mm_or_si128(means, _mm_srli_si128(means, 7));
         const uint32_t four = static_cast<uint32_t>(_mm_cvtsi128_si32(means));
         std::memcpy(out + c, &four, sizeof four);
@@ -44,8 +45,8 @@ void downsample_luma_row_sse2(const unsigned char* src, std::ptrdiff_t stride, u
     downsample_luma_row_scalar(src + 8 * c, stride, out + c, columns - c);
 }
 
-void downsample_chroma_row_sse2(const unsigned char* src, std::ptrdiff_t stride,
-                                unsigned char* out, int pairs, bool swap) {
+void downsample_chroma_row_sse2(const unsigned char* src, std::ptrdiff_t stride, unsigned char* out,
+                                int pairs, bool swap) {
     const __m128i zero = _mm_setzero_si128();
     int k = 0;
     // Two pairs per step. The 16-bit lanes of s0 / s1 alternate first and
@@ -57,8 +58,10 @@ void downsample_chroma_row_sse2(const unsigned char* src, std::ptrdiff_t stride,
         for (int dy = 0; dy < 8; ++dy, p += stride) {
             const __m128i a = load16(p);
             const __m128i b = load16(p + 16);
-            s0 = _mm_add_epi16(s0, _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpackhi_epi8(a, zero)));
-            s1 = _mm_add_epi16(s1, _mm_add_epi16(_mm_unpacklo_epi8(b, zero), _mm_unpackhi_epi8(b, zero)));
+            s0 = _mm_add_epi16(
+                s0, _mm_add_epi16(_mm_unpacklo_epi8(a, zero), _mm_unpackhi_epi8(a, zero)));
+            s1 = _mm_add_epi16(
+                s1, _mm_add_epi16(_mm_unpacklo_epi8(b, zero), _mm_unpackhi_epi8(b, zero)));
         }
         // Read as 32-bit lanes, each holds (second << 16) + first; adding the
         // four lanes of one pair cannot carry out of the first's 16 bits

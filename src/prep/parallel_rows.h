@@ -34,7 +34,9 @@ public:
 
 private:
     template <typename F>
-    static void invoke(void* object, int row) { (*static_cast<F*>(object))(row); }
+    static void invoke(void* object, int row) {
+        (*static_cast<F*>(object))(row);
+    }
     void* object_;
     void (*call_)(void*, int);
 };

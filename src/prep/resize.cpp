@@ -68,7 +68,8 @@ void Molo_FingerDetect::resize(unsigned char* /*in_y*/, unsigned char* in_vu,
         }
     };
     // A destination row reads its block of source rows across the width.
-    const std::int64_t row_bytes = static_cast<std::int64_t>(in_width) *
-                                   (out_height > 0 && in_height > out_height ? in_height / out_height : 1);
+    const std::int64_t row_bytes =
+        static_cast<std::int64_t>(in_width) *
+        (out_height > 0 && in_height > out_height ? in_height / out_height : 1);
     molo::parallel_rows(row_count, body, row_bytes);
 }

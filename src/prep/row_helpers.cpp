@@ -180,7 +180,6 @@ public:
     }
 
 private:
-
     // Taken by the thread whose loop uses the pool; it alone starts helpers
     // and writes the loop's description below.
     std::atomic<bool> busy_{false};
@@ -309,8 +308,8 @@ bool Pool::run(int n, RowChunking split, int helpers, const RowBody& body) {
 
 void Pool::note_wait(Clock::duration own_work, Clock::duration waited, Clock::time_point now) {
     if (waited <= kStallFloor || waited <= own_work) return;
-    const bool soon_after_last = backoff_until_ != Clock::time_point{} &&
-                                 now - backoff_until_ < kStallsRepeatWithin;
+    const bool soon_after_last =
+        backoff_until_ != Clock::time_point{} && now - backoff_until_ < kStallsRepeatWithin;
     if (!soon_after_last) {
         backoff_level_ = 0;
     } else if (backoff_level_ < kMaxBackOffLevel) {

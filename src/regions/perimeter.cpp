@@ -39,17 +39,17 @@ unsigned int perimeter_count(const unsigned int* labels, int stride, int rows, i
             const int down = stride;
             const int up = -stride;
             if (r == 0 && c == 0) {
-                total += 2 - in(right) - in(down);
+                total += 2 - in(right)-in(down);
             } else if (r == 0) {
-                total += 3 - in(right) - in(down) - in(left);
+                total += 3 - in(right)-in(down)-in(left);
             } else if (c == 0) {
-                total += 3 - in(right) - in(down) - in(up);
+                total += 3 - in(right)-in(down)-in(up);
             } else if (r == rows - 1) {
-                total += 3 - in(right) - in(up) - in(left);
+                total += 3 - in(right)-in(up)-in(left);
             } else if (c == stride - 1) {
-                total += 3 - in(up) - in(left) - in(down);
+                total += 3 - in(up)-in(left)-in(down);
             } else {
-                total += 4 - in(right) - in(down) - in(up) - in(left);
+                total += 4 - in(right)-in(down)-in(up)-in(left);
             }
         }
     }

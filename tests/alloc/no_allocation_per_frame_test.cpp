@@ -97,8 +97,8 @@ TEST(NoAllocationPerFrame, SearchingTrackingAndReporting) {
         int row = 0, col = 0, reported = 0, searched = 0;
         auto frame = [&](Nv21Frame& f) {
             searched += detector->have_detect == 0;
-            reported += MoloFinDetect_Execute(fd, f.y_plane(), f.vu_plane(), 0, 1920, 1, 1.0f,
-                                              5000, &row, &col) == 1;
+            reported += MoloFinDetect_Execute(fd, f.y_plane(), f.vu_plane(), 0, 1920, 1, 1.0f, 5000,
+                                              &row, &col) == 1;
         };
         frame(empty);  // warms the worker pool and the log stream
         frame(finger);

@@ -53,7 +53,8 @@ TEST(LightClass, KelvinAndGainLimitsAndKindRules) {
         const molo::KindRules k = molo::kind_rules(kind);
         EXPECT_EQ((std::vector<float>{float(k.band_seeds), k.max_area_share, k.compactness_limit,
                                       float(k.grey_test)}),
-                  rules[kind - 1]) << "kind " << kind;
+                  rules[kind - 1])
+            << "kind " << kind;
     }
 }
 
@@ -71,9 +72,9 @@ TEST(CApi, ArgumentChecksAndResults) {
     Handle h;
     EXPECT_EQ(MoloFinDetect_Verification(h.h, &byte, &byte, 1, 2, 3, 4), 0);
     Nv21Frame f(640, 480, 0, 0, 0);
-    EXPECT_EQ(MoloFinDetect_Execute(h.h, f.y_plane(), f.vu_plane(), 0, 639, 1, 1.0f, 5000, &row,
-                                    &col),
-              MOLO_FD_BAD_STRIDE);
+    EXPECT_EQ(
+        MoloFinDetect_Execute(h.h, f.y_plane(), f.vu_plane(), 0, 639, 1, 1.0f, 5000, &row, &col),
+        MOLO_FD_BAD_STRIDE);
     EXPECT_EQ(h->frame_count, 0);
     // A live handle is returned unchanged, not re-initialised.
     h->frame_count = 7;

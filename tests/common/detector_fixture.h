@@ -16,7 +16,9 @@ public:
         int width;
         int height;
     };
-    explicit ScopedDetector(Preview preview) { d.Initialize(preview.width, preview.height, nullptr); }
+    explicit ScopedDetector(Preview preview) {
+        d.Initialize(preview.width, preview.height, nullptr);
+    }
     ~ScopedDetector() { d.Finalize(nullptr, 0); }
     ScopedDetector(const ScopedDetector&) = delete;
     ScopedDetector& operator=(const ScopedDetector&) = delete;

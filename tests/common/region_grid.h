@@ -39,7 +39,8 @@ template <typename T>
 void paint(ScopedDetector& d, T* plane, std::initializer_list<const char*> rows) {
     int r = 0;
     for (const char* row : rows) {
-        for (int c = 0; row[c] != '\0'; ++c) plane[d.index(r, c)] = row[c] == '.' ? 0 : row[c] - '0';
+        for (int c = 0; row[c] != '\0'; ++c)
+            plane[d.index(r, c)] = row[c] == '.' ? 0 : row[c] - '0';
         ++r;
     }
 }

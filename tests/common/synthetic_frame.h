@@ -14,8 +14,11 @@ struct Nv21Frame {
     std::vector<uint8_t> vu;  // height / 2 rows of `stride` bytes, pairs (first, second)
 
     Nv21Frame(int w, int h, uint8_t luma, uint8_t first, uint8_t second, int row_stride = 0)
-        : width(w), height(h), stride(row_stride > 0 ? row_stride : w),
-          y(static_cast<size_t>(stride) * h, luma), vu(static_cast<size_t>(stride) * (h / 2)) {
+        : width(w),
+          height(h),
+          stride(row_stride > 0 ? row_stride : w),
+          y(static_cast<size_t>(stride) * h, luma),
+          vu(static_cast<size_t>(stride) * (h / 2)) {
         for (int r = 0; r < h / 2; ++r) {
             for (int c = 0; c + 1 < w; c += 2) {
                 vu[static_cast<size_t>(r) * stride + c] = first;

@@ -7,8 +7,8 @@ using ColourDump = DumpFiles;
 // R = Y + 1.402 dV, G = Y - 0.344 dU - 0.714 dV, B = Y + 1.772 dU, by hand,
 // on a 4 x 4 NV21 frame with a different (V, U) pair in each 2 x 2 cell.
 TEST_F(ColourDump, ConvertsByHand) {
-    Bytes nv21 = {255, 100, 0, 50, 10, 20, 30, 40, 60, 70, 80, 90, 110, 120, 130, 140,
-                  255, 128, 0, 128, 150, 90, 128, 200};
+    Bytes nv21 = {255, 100, 0,   50,  10,  20,  30, 40,  60,  70, 80,  90,
+                  110, 120, 130, 140, 255, 128, 0,  128, 150, 90, 128, 200};
     ASSERT_EQ(TIFF_Save_YUV2RGB(nv21.data(), 4, 4, path("rgb.tif")), 0);
     const DumpImage img = read_image(path("rgb.tif"));
     ASSERT_EQ(img.type, 'c');

@@ -66,9 +66,10 @@ TEST_F(ReadBack, RefusesOtherSizesTypesAndMissingFiles) {
     EXPECT_EQ(TIFF_readY(y.data(), 4, 2, path("missing.tif")), 1);
     EXPECT_EQ(TIFF_readYUV(y.data(), vu.data(), 4, 2, path("missing.tif")), 1);
     const LoggedMessage wrong = {6, "Error! wrong width or wrong height\n"};
-    EXPECT_EQ(log.messages(), (std::vector<LoggedMessage>{wrong, wrong,
-                                                          {6, "Error! not a grey image\n"},
-                                                          {6, "Error! not a colour image\n"}}));
+    EXPECT_EQ(
+        log.messages(),
+        (std::vector<LoggedMessage>{
+            wrong, wrong, {6, "Error! not a grey image\n"}, {6, "Error! not a colour image\n"}}));
     EXPECT_EQ(y, Bytes(8, 99));
     EXPECT_EQ(vu, Bytes(4, 99));
 }

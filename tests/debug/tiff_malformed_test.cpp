@@ -32,7 +32,8 @@ struct Case {
 void expect_refused(const Case& c) {
     SCOPED_TRACE(c.name);
     const int width = c.type == 'w' ? 4000 : 4, height = c.type == 'w' ? 6 : 5;
-    WrittenTiff f(c.type == 'w' ? 'g' : c.type, width, height, [](int r, int col, int k) { return r + col + k; });
+    WrittenTiff f(c.type == 'w' ? 'g' : c.type, width, height,
+                  [](int r, int col, int k) { return r + col + k; });
     c.edit(f);
 
     TIFF_IMG img;
@@ -59,30 +60,37 @@ std::function<void(WrittenTiff&)> cut(size_t length) {
 
 TEST(TiffMalformed, EveryStepRefusesWithItsMessage) {
     const Case cases[] = {
-        {"cut in the header", 'g', cut(3), step("ReadHeader", "error reading unsigned short\nerror reading image header\n")},
+        {"cut in the header", 'g', cut(3),
+         step("ReadHeader", "error reading unsigned short\nerror reading image header\n")},
         // Some of the reader's messages end without a newline; kept as they are.
         {"cut in a count", 'g', cut(35), step("ReadIFD", "error reading field count")},
         {"cut before the strip table", 'w', [](WrittenTiff& f) { f.b.resize(f.values(273) + 2); },
          step("GetStrips", "values of tag 273 lie beyond the end of the file\n")},
         {"directory past the end", 'g', [](WrittenTiff& f) { f.put(4, 0xFFFFFFF0u, 4); },
          step("ReadIFD", "IFD offset 4294967280 lies beyond the end of the file\n")},
-        {"strip past the end", 'w', [](WrittenTiff& f) { f.put(f.values(273) + 8, 0xFFFFFFF0u, 4); },
+        {"strip past the end", 'w',
+         [](WrittenTiff& f) { f.put(f.values(273) + 8, 0xFFFFFFF0u, 4); },
          step("GetStrips", "strip number 2 lies beyond the end of the file\n")},
         {"short last strip", 'w', [](WrittenTiff& f) { f.put(f.values(279) + 4, 7999, 2); },
          step("GetStrips", "strip number 2 holds 7999 bytes; its rows need 8000\n")},
         {"zero width", 'g', [](WrittenTiff& f) { f.put(f.values(256), 0, 2); },
          step("GetImageSize", "image dimension is less than 1\n")},
-        {"over-large", 'c', [](WrittenTiff& f) { f.put(f.values(256), 65535, 2), f.put(f.values(257), 65535, 2); },
-         step("GetImageSize", "image of 65535 x 65535 pixels is larger than this reader accepts\n")},
+        {"over-large", 'c',
+         [](WrittenTiff& f) { f.put(f.values(256), 65535, 2), f.put(f.values(257), 65535, 2); },
+         step("GetImageSize",
+              "image of 65535 x 65535 pixels is larger than this reader accepts\n")},
         {"zero count", 'g', [](WrittenTiff& f) { f.put(f.entry(259) + 4, 0, 4); },
          step("ReadIFD", "encountered 0 as field count")},
-        {"misordered tags", 'g', [](WrittenTiff& f) { f.put(f.entry(256) + 12, 256, 2), f.put(f.entry(256), 257, 2); },
+        {"misordered tags", 'g',
+         [](WrittenTiff& f) { f.put(f.entry(256) + 12, 256, 2), f.put(f.entry(256), 257, 2); },
          step("ReadIFD", "tag 256 follows tag 257; tags in IFD must ascend\n")},
         {"long compression", 'g', [](WrittenTiff& f) { f.put(f.entry(259) + 2, 4, 2); },
-         step("ReadIFD", "field type 4 does not fit tag 259;\nfield will be ignored\n") + missing(259)},
+         step("ReadIFD", "field type 4 does not fit tag 259;\nfield will be ignored\n") +
+             missing(259)},
         {"lzw", 'g', [](WrittenTiff& f) { f.put(f.values(259), 5, 2); },
-         step("GetCompression",
-              "Compression value 5 not recognized; could not assign\ncompress_type to TIFF_IMG structure\n")},
+         step(
+             "GetCompression",
+             "Compression value 5 not recognized; could not assign\ncompress_type to TIFF_IMG structure\n")},
         {"short colormap", 'p', [](WrittenTiff& f) { f.put(f.entry(320) + 4, 765, 4); },
          step("GetImageType", "unexpected number of entries in colormap\n")},
         {"not 42", 'g', [](WrittenTiff& f) { f.put(2, 43, 2); }, ""},

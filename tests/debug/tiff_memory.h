@@ -27,7 +27,8 @@ int make_image(TIFF_IMG& img, char type, int width, int height, Value value) {
     for (int r = 0; r < height; ++r)
         for (int c = 0; c < width; ++c)
             for (int k = 0; k < (type == 'c' ? 3 : 1); ++k)
-                (type == 'c' ? img.color[k][r][c] : img.mono[r][c]) = static_cast<unsigned char>(value(r, c, k));
+                (type == 'c' ? img.color[k][r][c] : img.mono[r][c]) =
+                    static_cast<unsigned char>(value(r, c, k));
     for (int i = 0; i < 256 && type == 'p'; ++i) {
         img.cmap[i][0] = static_cast<unsigned char>(i);
         img.cmap[i][1] = static_cast<unsigned char>(255 - i);

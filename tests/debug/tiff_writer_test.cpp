@@ -29,7 +29,8 @@ int wrong_pixels(std::vector<uint8_t> bytes, char type, int width, int height) {
     for (int r = 0; r < height && wrong == 0; ++r)
         for (int c = 0; c < width; ++c)
             for (int k = 0; k < (type == 'c' ? 3 : 1); ++k)
-                wrong += (type == 'c' ? img.color[k][r][c] : img.mono[r][c]) != (ramp(r, c, k) & 255);
+                wrong +=
+                    (type == 'c' ? img.color[k][r][c] : img.mono[r][c]) != (ramp(r, c, k) & 255);
     if (type == 'p' && img.cmap[10][1] != 245) wrong = -1;
     free_TIFF(&img);
     return wrong;
@@ -50,10 +51,11 @@ TEST(TiffWriter, FilesAreFixedToTheByteAndReadBack) {
         uint64_t digest;
     } cases[] = {
         {'g', 1, 1, 164, 12910481526849148631ull},
-        {'g', 100, 200, 20180, 5849427719718203861ull},   // 100-byte rows: 80 per strip, 40 left over
-        {'g', 100, 30, 3162, 5672236537128754529ull},    // never more rows than the image has
-        {'g', 8000, 3, 24180, 13098357715493933707ull},    // a row of 8000 bytes or more is a strip
-        {'g', 7999, 3, 24168, 14175607859458106879ull},    // just below: at least two rows
+        {'g', 100, 200, 20180,
+         5849427719718203861ull},                      // 100-byte rows: 80 per strip, 40 left over
+        {'g', 100, 30, 3162, 5672236537128754529ull},  // never more rows than the image has
+        {'g', 8000, 3, 24180, 13098357715493933707ull},  // a row of 8000 bytes or more is a strip
+        {'g', 7999, 3, 24168, 14175607859458106879ull},  // just below: at least two rows
         {'g', 65536, 1, 65698, 18113854166751029906ull},
         {'c', 37, 23, 2734, 16096308989940325658ull},
         {'p', 37, 23, 2562, 10628600136425464998ull},

@@ -168,8 +168,9 @@ TEST(Decision, CommonColourElsewhereRejects) {
     std::fill(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 1);
     EXPECT_EQ(skin_check.decide(20), similar);
     // The rejection leaves the finger mask empty.
-    EXPECT_EQ(std::count(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 0),
-              skin_check.d.cells());
+    EXPECT_EQ(
+        std::count(skin_check.d->finger_mask, skin_check.d->finger_mask + skin_check.d.cells(), 0),
+        skin_check.d.cells());
     Candidate no_skin_check;
     scene(no_skin_check, 200, 0.05f);
     EXPECT_NE(no_skin_check.decide(20), similar);

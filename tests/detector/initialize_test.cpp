@@ -17,7 +17,8 @@ TEST(Initialize, WorkingSizeIsAnEighthMadeEvenNegativeCountsAsZeroAbsurdIsRefuse
                           Case{-5, 480, 0, 480, 0, 60}, Case{640, -1, 640, 0, 80, 0},
                           Case{16384, 16, 16384, 16, 2048, 2}}) {
         Molo_FingerDetect d;
-        EXPECT_EQ(d.Initialize(c.width, c.height, nullptr), MOLO_INIT_OK) << c.width << "x" << c.height;
+        EXPECT_EQ(d.Initialize(c.width, c.height, nullptr), MOLO_INIT_OK)
+            << c.width << "x" << c.height;
         EXPECT_EQ(d.width, c.stored_width);
         EXPECT_EQ(d.height, c.stored_height);
         EXPECT_EQ(d.down_width, c.down_width) << c.width << "x" << c.height;

@@ -19,12 +19,12 @@ namespace {
 constexpr uint8_t kSkinFirst = 147, kSkinSecond = 117;
 constexpr uint8_t kLuma = 120;
 
-
 // A detector for one preview size, logging on, finalised with the test.
 struct Logged {
     Logged(int width, int height) {
         setenv("Molo_FingerDetection_enable_log", "1", 1);
-        d = static_cast<Molo_FingerDetect*>(MoloFinDetect_Initialize(nullptr, width, height, nullptr));
+        d = static_cast<Molo_FingerDetect*>(
+            MoloFinDetect_Initialize(nullptr, width, height, nullptr));
         unsetenv("Molo_FingerDetection_enable_log");
     }
     ~Logged() { MoloFinDetect_Finalize(d, nullptr, 0); }

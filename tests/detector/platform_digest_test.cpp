@@ -67,11 +67,11 @@ struct Clip {
     int orientation;
     float gain;
     int cct;
-    int side;      // -1 no finger, 0 left, 1 right
-    int radius;    // working cells
+    int side;       // -1 no finger, 0 left, 1 right
+    int radius;     // working cells
     uint8_t first;  // finger chroma pair
     uint8_t second;
-    int texture;   // amplitude of the luma texture of the scene
+    int texture;  // amplitude of the luma texture of the scene
 };
 
 // A textured scene; the finger is present on frames 2 to 5 of 8, growing by

@@ -42,9 +42,8 @@ TEST(HarrisCorner, WrapsModulo32BitsAlikeInSerialAndParallel) {
         molo::set_parallel_work_threshold(0);  // this grid is below it
         ScopedDetector d(120, 90);
         draw(d, d->edge_map, [](int r, int c) { return (r * 7 + c * 3) % 4 != 0; });
-        draw(d, d->finger_mask, [](int r, int c) {
-            return (r * 7 + c * 13) % 19 < 2 ? 255 : (r / 9 + c / 11) % 2;
-        });
+        draw(d, d->finger_mask,
+             [](int r, int c) { return (r * 7 + c * 13) % 19 < 2 ? 255 : (r / 9 + c / 11) % 2; });
         std::vector<int> out{d->HarrisCorner()};
         out.insert(out.end(), d->corner_response, d->corner_response + d.cells());
         return out;

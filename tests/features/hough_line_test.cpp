@@ -21,9 +21,10 @@ TEST(HoughLine, StraightSegmentGivesItsVotesAndRun) {
     // before the test, so it counts as on the line and starts the run. The
     // column has 41 votes with the corner cell, which the rest of row 60 cuts
     // off from its run; the run carries from row to row.
-    EXPECT_EQ((std::vector<int>{d->peak_votes, d->peak_angle, d->peak_rho, d->line_longest_run,
-                                d->second_votes, d->second_angle, d->second_rho, d->second_longest_run}),
-              (std::vector<int>{100, 0, 60 + 274, 101, 41, 90, 20 + 274, 40}));
+    EXPECT_EQ(
+        (std::vector<int>{d->peak_votes, d->peak_angle, d->peak_rho, d->line_longest_run,
+                          d->second_votes, d->second_angle, d->second_rho, d->second_longest_run}),
+        (std::vector<int>{100, 0, 60 + 274, 101, 41, 90, 20 + 274, 40}));
     // Centre over flanks of the vote profile, squared, times votes per
     // outline cell and the profile's variance.
     EXPECT_NEAR(score, 8.6155449, 1e-6);

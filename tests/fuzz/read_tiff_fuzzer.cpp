@@ -35,14 +35,17 @@ std::vector<unsigned char**> planes_of(const TIFF_IMG& img) {
 }
 
 void check_whole(const TIFF_IMG& img) {
-    require(img.TIFF_type == 'g' || img.TIFF_type == 'p' || img.TIFF_type == 'c', "unknown image type");
+    require(img.TIFF_type == 'g' || img.TIFF_type == 'p' || img.TIFF_type == 'c',
+            "unknown image type");
     require(img.height > 0 && img.width > 0, "empty image");
     require(img.compress_type == 'u', "compressed image");
-    require((img.cmap != nullptr) == (img.TIFF_type == 'p'), "palette present without a palette type");
+    require((img.cmap != nullptr) == (img.TIFF_type == 'p'),
+            "palette present without a palette type");
     unsigned sum = 0;
     for (unsigned char** plane : planes_of(img)) {
         require(plane != nullptr, "missing plane");
-        sum += plane[0][0] + plane[img.height - 1][img.width - 1];  // the sanitizer checks the extent
+        sum +=
+            plane[0][0] + plane[img.height - 1][img.width - 1];  // the sanitizer checks the extent
     }
     if (img.cmap != nullptr) sum += img.cmap[255][2];
     g_sink = sum;

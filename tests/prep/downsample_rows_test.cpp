@@ -34,7 +34,8 @@ TEST(DownsampleRows, EverySetMatchesTheScalarReference) {
                 // -1: random bytes; 0 and 255: the extremes of the sums.
                 for (int extreme : {-1, -1, 0, 255}) {
                     const int luma_stride = 8 * columns + padding;
-                    const std::vector<uint8_t> y = block_rows(rng, luma_stride, 8 * columns, extreme);
+                    const std::vector<uint8_t> y =
+                        block_rows(rng, luma_stride, 8 * columns, extreme);
                     std::vector<uint8_t> want(columns + 1, 0xAB);
                     std::vector<uint8_t> got(columns + 1, 0xAB);
                     molo::downsample_luma_row_scalar(y.data(), luma_stride, want.data(), columns);
@@ -43,7 +44,8 @@ TEST(DownsampleRows, EverySetMatchesTheScalarReference) {
 
                     const int pairs = columns;
                     const int chroma_stride = 16 * pairs + padding;
-                    const std::vector<uint8_t> vu = block_rows(rng, chroma_stride, 16 * pairs, extreme);
+                    const std::vector<uint8_t> vu =
+                        block_rows(rng, chroma_stride, 16 * pairs, extreme);
                     for (bool swap : {false, true}) {
                         std::vector<uint8_t> want_vu(2 * pairs + 1, 0xAB);
                         std::vector<uint8_t> got_vu(2 * pairs + 1, 0xAB);

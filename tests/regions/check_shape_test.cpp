@@ -12,7 +12,10 @@ enum Edge { kTop, kLeft, kBottom, kRight };
 int shape_of(ScopedDetector& d, Edge edge, int first, const std::vector<int>& depth) {
     const int h = d->down_height, w = d->down_width;
     draw(d, d->label_map, [&](int r, int c) {
-        const int s = edge == kTop ? r : edge == kLeft ? c : edge == kBottom ? h - 1 - r : w - 1 - c;
+        const int s = edge == kTop      ? r
+                      : edge == kLeft   ? c
+                      : edge == kBottom ? h - 1 - r
+                                        : w - 1 - c;
         const int i = (edge == kTop || edge == kBottom ? c : r) - first;
         return i >= 0 && i < static_cast<int>(depth.size()) && s <= depth[i] ? 2 : 0;
     });

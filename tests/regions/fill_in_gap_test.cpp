@@ -9,8 +9,11 @@ TEST(FillInGap, TheSidesAHoleMustAvoidDependOnWhereTheBoxLies) {
     auto holes_closed = [](int top, int left, int bottom, int right) {
         ScopedDetector d(12, 12);
         draw(d, d->finger_mask, [](int, int) { return 1; });
-        const int holes[5][2] = {{(top + bottom) / 2, (left + right) / 2}, {top, left + 1},
-                                 {bottom - 1, left}, {bottom, right - 1}, {top + 1, right}};
+        const int holes[5][2] = {{(top + bottom) / 2, (left + right) / 2},
+                                 {top, left + 1},
+                                 {bottom - 1, left},
+                                 {bottom, right - 1},
+                                 {top + 1, right}};
         for (const auto& h : holes) d->finger_mask[d.index(h[0], h[1])] = 0;
         d->box_top = top, d->box_left = left, d->box_bottom = bottom, d->box_right = right;
         d->FillInGap();

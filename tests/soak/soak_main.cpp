@@ -69,8 +69,8 @@ int main(int argc, char** argv) {
         Nv21Frame& f = *cycle[k];
         int row = 0;
         int col = 0;
-        const int result = MoloFinDetect_Execute(fd, f.y_plane(), f.vu_plane(), 0, kWidth, 1,
-                                                 2.0f, 5000, &row, &col);
+        const int result = MoloFinDetect_Execute(fd, f.y_plane(), f.vu_plane(), 0, kWidth, 1, 2.0f,
+                                                 5000, &row, &col);
         reports += result == 1;
         if (n < static_cast<long>(cycle.size())) {
             first_cycle.push_back(result);
@@ -92,17 +92,18 @@ int main(int argc, char** argv) {
     const long rss_end = resident_pages();
     MoloFinDetect_Finalize(fd, nullptr, 0);
 
-    std::printf("soak: %ld frames, %ld reports, %ld mismatches; heap %zu -> %zu bytes, "
-                "resident %ld -> %ld pages\n",
-                frames, reports, mismatches, heap_after_warmup, heap_end, rss_after_warmup,
-                rss_end);
+    std::printf(
+        "soak: %ld frames, %ld reports, %ld mismatches; heap %zu -> %zu bytes, "
+        "resident %ld -> %ld pages\n",
+        frames, reports, mismatches, heap_after_warmup, heap_end, rss_after_warmup, rss_end);
     bool ok = mismatches == 0 && heap_end == heap_after_warmup && rss_end <= rss_after_warmup;
     // The cycle must exercise every state: nothing reported while searching
     // and on the held frame, a report once the finger is confirmed.
     ok = ok && first_cycle.size() == cycle.size() && first_cycle[0] == 0 && first_cycle[2] == 0 &&
          first_cycle[3] == 1 && first_cycle[5] == 1;
-    if (!ok) std::fprintf(stderr, "soak: FAILED (first cycle results %d %d %d %d %d %d)\n",
-                          first_cycle[0], first_cycle[1], first_cycle[2], first_cycle[3],
-                          first_cycle[4], first_cycle[5]);
+    if (!ok)
+        std::fprintf(stderr, "soak: FAILED (first cycle results %d %d %d %d %d %d)\n",
+                     first_cycle[0], first_cycle[1], first_cycle[2], first_cycle[3], first_cycle[4],
+                     first_cycle[5]);
     return ok ? 0 : 1;
 }

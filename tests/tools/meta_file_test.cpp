@@ -61,7 +61,8 @@ TEST(MetaFile, HeaderRowsAndErrors) {
     for (const auto& c : cases) EXPECT_EQ(read_through(c.text, 100, {0}), c.result) << c.text;
     // Rows are read as the frames reach them, one row ahead.
     EXPECT_EQ(read_through("0,1,5000\n5,2,5000\n9,x,5000\n", 4), "");
-    EXPECT_EQ(read_through("0,1,5000\n5,2,5000\n9,x,5000\n", 5), "m.csv:3: bad gain \"x\" (a number above 0)");
+    EXPECT_EQ(read_through("0,1,5000\n5,2,5000\n9,x,5000\n", 5),
+              "m.csv:3: bad gain \"x\" (a number above 0)");
 
     MetaTrack track;
     std::string error;

@@ -24,7 +24,8 @@ TEST(Options, InputsAreSortedIntoOneKindWithTheirSettings) {
     EXPECT_EQ(o.kind, InputKind::kY4m);
     EXPECT_EQ(o.camera.gain, 1.0f);  // unity gain, daylight by default
     EXPECT_EQ(o.camera.color_temp, 5000);
-    ASSERT_TRUE(parse({"--size=640x480", "--nv12", "--orientation", "1", "--gain", "4.5", "--cct=3000", "clip.yuv"},
+    ASSERT_TRUE(parse({"--size=640x480", "--nv12", "--orientation", "1", "--gain", "4.5",
+                       "--cct=3000", "clip.yuv"},
                       o, error))
         << error;
     EXPECT_EQ(o.kind, InputKind::kRaw);

@@ -107,7 +107,8 @@ TEST(Tool, RawFramesAndPerFrameCameraState) {
     const std::string meta = scratch_path("meta.csv");
     write_file(clip, std::string(3 * 64 * 48 * 3 / 2, '\x80'));
     write_file(meta, "frame,gain,cct\n0,1.0,5000\n2,6.0,2800\n");
-    const auto run = run_tool({"--size", "64x48", "--meta", meta, "--orientation", "1", "--json", clip});
+    const auto run =
+        run_tool({"--size", "64x48", "--meta", meta, "--orientation", "1", "--json", clip});
     EXPECT_EQ(run.status, 0) << run.err;
     const auto lines = run.out_lines();
     ASSERT_EQ(lines.size(), 3u);
@@ -133,7 +134,10 @@ TEST(Tool, EveryBadInputGivesOneLineAndANonZeroStatus) {
         {{"-"}, "", 1, "standard input is empty"},
         {{"-"}, "YUV4MPEG2 W64 H48\n", 1, "the input holds no frames"},
         // The frames before a truncation are reported, the run still fails.
-        {{"-"}, y4m_stream(64, 48, 3).substr(0, 13000), 1, "frame 2 is truncated: 860 of 4608 bytes missing"},
+        {{"-"},
+         y4m_stream(64, 48, 3).substr(0, 13000),
+         1,
+         "frame 2 is truncated: 860 of 4608 bytes missing"},
         {{"-", "--meta", "/dev/null"}, y4m_stream(64, 48, 3), 1, "--meta: /dev/null: no rows"},
         {{"--dump", "/proc/version", "-"}, y4m_stream(64, 48, 1), 1, "not a directory"},
         {{"--annotate", "/nonexistent/a.y4m", "-"}, y4m_stream(64, 48, 1), 1, "cannot create"},
@@ -156,7 +160,9 @@ TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
     fingerdetect::DemoScene::render(16, frame);
     std::vector<std::string> paths = {scratch_path("f0.tif"), scratch_path("f1.tif")};
     for (std::string& p : paths) {
-        ASSERT_EQ(TIFF_Save_YUV2RGB(frame.y.data(), frame.vu.data(), frame.width, frame.height, p.data()), 0);
+        ASSERT_EQ(
+            TIFF_Save_YUV2RGB(frame.y.data(), frame.vu.data(), frame.width, frame.height, p.data()),
+            0);
     }
     const auto run = run_tool(paths);
     EXPECT_EQ(run.status, 0) << run.err;
@@ -176,4 +182,3 @@ TEST(Tool, TiffPicturesAreReadThroughTheLibrary) {
     for (const auto& p : paths) std::remove(p.c_str());
     std::remove(grey.c_str());
 }
-

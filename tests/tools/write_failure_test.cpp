@@ -28,7 +28,8 @@ TEST(WriteFailure, TheRunStopsAtTheFrameWithTheSystemsReason) {
     } cases[] = {
         {{"-"}, std::fopen("/dev/full", "w"), "cannot write the results: No space left on device"},
         {{"-"}, fdopen(ends[1], "w"), "cannot write the results: Broken pipe"},
-        {{"--annotate", "/dev/full", "-"}, nullptr,
+        {{"--annotate", "/dev/full", "-"},
+         nullptr,
          "--annotate: cannot write /dev/full: No space left on device"},
         {{"--dump", dir, "-"}, nullptr, "cannot write " + blocked + ": Is a directory"},
     };
@@ -38,7 +39,8 @@ TEST(WriteFailure, TheRunStopsAtTheFrameWithTheSystemsReason) {
         EXPECT_EQ(run.last_err_line(), "molo-fingerdetect: " + c.message);
         if (c.out != nullptr) std::fclose(c.out);
         if (c.args[0] == "-") {
-            EXPECT_NE(run.err.find("frames: 0 (64x48)"), std::string::npos) << run.err;  // the header failed
+            EXPECT_NE(run.err.find("frames: 0 (64x48)"), std::string::npos)
+                << run.err;  // the header failed
         }
         if (c.args[0] == "--dump") {
             EXPECT_EQ(run.out_lines().size(), 3u);  // the header, frames 0 and 1

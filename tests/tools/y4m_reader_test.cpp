@@ -32,9 +32,11 @@ TEST(Y4mHeader, RefusalsNameWhatWasRead) {
         const char* line;
         const char* message;  // a part of the error; "" when any error will do
     } cases[] = {
-        {"YUV4MPEG2 W64 H48 C444", "chroma layout \"C444\" is not supported: only progressive 4:2:0 (C420jpeg, C420mpeg2, "
-                                    "C420paldv, C420, or no C tag) is read; convert with ffmpeg -pix_fmt yuv420p"},
-        {"YUV4MPEG2 W64 H48 Ib", "interlaced YUV4MPEG2 streams (Ib) are not supported: only progressive"},
+        {"YUV4MPEG2 W64 H48 C444",
+         "chroma layout \"C444\" is not supported: only progressive 4:2:0 (C420jpeg, C420mpeg2, "
+         "C420paldv, C420, or no C tag) is read; convert with ffmpeg -pix_fmt yuv420p"},
+        {"YUV4MPEG2 W64 H48 Ib",
+         "interlaced YUV4MPEG2 streams (Ib) are not supported: only progressive"},
         {"YUV4MPEG2 H48", "no W"},
         {"YUV4MPEG2W64 H48", "not a YUV4MPEG2 stream"},
         {"YUV4MPEG2 W0 H48", ""},
@@ -74,6 +76,8 @@ TEST(Y4mReader, ABrokenStreamEndsWithTheFrameAndWhatIsWrong) {
         MemoryStream s(start);
         std::string error;
         EXPECT_FALSE(s.reader.start(error));
-        EXPECT_NE(error.find(*start ? "ends inside its YUV4MPEG2 header" : "empty"), std::string::npos) << error;
+        EXPECT_NE(error.find(*start ? "ends inside its YUV4MPEG2 header" : "empty"),
+                  std::string::npos)
+            << error;
     }
 }

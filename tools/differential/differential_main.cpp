@@ -86,7 +86,9 @@ public:
         return s_;
     }
     // Uniform in [lo, hi].
-    int in(int lo, int hi) { return lo + static_cast<int>(next() % static_cast<uint32_t>(hi - lo + 1)); }
+    int in(int lo, int hi) {
+        return lo + static_cast<int>(next() % static_cast<uint32_t>(hi - lo + 1));
+    }
     bool chance(int percent) { return in(0, 99) < percent; }
 
 private:
@@ -190,7 +192,8 @@ struct Tone {
 // Near the centre of one colour entry (or off all of them).
 Tone pick_tone(Random& rnd) {
     static const Tone kCentres[5] = {{147, 117}, {155, 110}, {165, 102}, {130, 131}, {136, 126}};
-    if (rnd.chance(8)) return {static_cast<uint8_t>(rnd.in(90, 200)), static_cast<uint8_t>(rnd.in(90, 200))};
+    if (rnd.chance(8))
+        return {static_cast<uint8_t>(rnd.in(90, 200)), static_cast<uint8_t>(rnd.in(90, 200))};
     const Tone t = kCentres[rnd.in(0, 4)];
     const int spread = rnd.chance(70) ? 2 : 9;
     return {static_cast<uint8_t>(t.u + rnd.in(-spread, spread)),
@@ -206,7 +209,8 @@ struct ClipPlan {
     float gain;
     int cct;
     int background;  // 0 noise, 1 texture, 2 skin-heavy, 3 specks, 4 flat
-    int shape;       // -1 none; 0 disc, 1 rectangle, 2 rectangle with hole, 3 wedge, 4 from top, 5 two blobs
+    int shape;  // -1 none; 0 disc, 1 rectangle, 2 rectangle with hole, 3 wedge, 4 from top, 5 two
+                // blobs
     int frames;
     uint32_t seed;
 };
@@ -259,7 +263,8 @@ void cell_luma(Frame& f, const ClipPlan& s, Random& rnd, int r, int c, int luma,
             const int x = c * 8 + dx;
             if (x >= s.width) break;
             const int v = luma + (noise > 0 ? rnd.in(-noise, noise) : 0);
-            f.y[static_cast<size_t>(y) * s.stride + x] = static_cast<uint8_t>(std::min(255, std::max(0, v)));
+            f.y[static_cast<size_t>(y) * s.stride + x] =
+                static_cast<uint8_t>(std::min(255, std::max(0, v)));
         }
     }
 }
@@ -297,23 +302,25 @@ Frame make_frame(const ClipPlan& s, int index, Tone tone, int flat_luma) {
                 int luma = 100;
                 Tone t{128, 128};
                 switch (s.background) {
-                case 1:
-                    luma = 70 + (((r / period) + (c / (period + 1))) & 1) * 60;
-                    t = {static_cast<uint8_t>(rnd.in(110, 140)), static_cast<uint8_t>(rnd.in(110, 140))};
-                    break;
-                case 2:
-                    luma = 120 + ((r * 3 + c) % 7);
-                    t = rnd.chance(45) ? tone : Tone{static_cast<uint8_t>(rnd.in(115, 140)), 125};
-                    break;
-                case 3: {
-                    static const int kDiagonal[4] = {0, 50, 100, 50};
-                    luma = kDiagonal[(r + c) % 4];
-                    t = c < 10 && rnd.chance(90) ? tone : Tone{100, 160};
-                    break;
-                }
-                default:
-                    luma = 90;
-                    t = {128, 128};
+                    case 1:
+                        luma = 70 + (((r / period) + (c / (period + 1))) & 1) * 60;
+                        t = {static_cast<uint8_t>(rnd.in(110, 140)),
+                             static_cast<uint8_t>(rnd.in(110, 140))};
+                        break;
+                    case 2:
+                        luma = 120 + ((r * 3 + c) % 7);
+                        t = rnd.chance(45) ? tone
+                                           : Tone{static_cast<uint8_t>(rnd.in(115, 140)), 125};
+                        break;
+                    case 3: {
+                        static const int kDiagonal[4] = {0, 50, 100, 50};
+                        luma = kDiagonal[(r + c) % 4];
+                        t = c < 10 && rnd.chance(90) ? tone : Tone{100, 160};
+                        break;
+                    }
+                    default:
+                        luma = 90;
+                        t = {128, 128};
                 }
                 cell_luma(f, s, rnd, r, c, luma, s.background == 3 ? 0 : 3);
                 if (r % 2 == 0 && c % 2 == 0) pair_chroma(f, s, r / 2, c / 2, t);
@@ -339,15 +346,26 @@ Frame make_frame(const ClipPlan& s, int index, Tone tone, int flat_luma) {
             bool in = false;
             bool hole = false;
             switch (s.shape) {
-            case 0: in = dr * dr + c * c <= size * size; break;
-            case 1: in = std::abs(dr) <= size / 2 + 1 && c <= size; break;
-            case 2:
-                in = std::abs(dr) <= size / 2 + 2 && c <= size + 2;
-                hole = std::abs(dr) <= 1 && c >= size / 2 && c <= size / 2 + 2;
-                break;
-            case 3: in = c <= size && std::abs(dr) <= (size - c) / 2 + 1; break;
-            case 4: in = r <= size && std::abs(c - cols / 3) <= size / 2; break;
-            default: in = (dr * dr + c * c <= size * size / 2) || (r >= rows - size / 2 && c <= size / 2); break;
+                case 0:
+                    in = dr * dr + c * c <= size * size;
+                    break;
+                case 1:
+                    in = std::abs(dr) <= size / 2 + 1 && c <= size;
+                    break;
+                case 2:
+                    in = std::abs(dr) <= size / 2 + 2 && c <= size + 2;
+                    hole = std::abs(dr) <= 1 && c >= size / 2 && c <= size / 2 + 2;
+                    break;
+                case 3:
+                    in = c <= size && std::abs(dr) <= (size - c) / 2 + 1;
+                    break;
+                case 4:
+                    in = r <= size && std::abs(c - cols / 3) <= size / 2;
+                    break;
+                default:
+                    in = (dr * dr + c * c <= size * size / 2) ||
+                         (r >= rows - size / 2 && c <= size / 2);
+                    break;
             }
             if (hole) {
                 paint(r, c, Tone{100, 160}, 60);
@@ -373,7 +391,8 @@ void direct_calls(Molo_FingerDetect& d, Random& rnd, Hash& h) {
         const int density = rnd.in(30, 100);
         std::memset(d.finger_mask, 0, static_cast<size_t>(w) * ht);
         for (int r = top; r <= bottom; ++r) {
-            for (int c = left; c <= right; ++c) d.finger_mask[r * w + c] = rnd.chance(density) ? 1 : 0;
+            for (int c = left; c <= right; ++c)
+                d.finger_mask[r * w + c] = rnd.chance(density) ? 1 : 0;
         }
         // Sometimes a box that reaches beyond the mask's cells.
         d.box_top = rnd.chance(30) ? std::max(0, top - rnd.in(0, 3)) : top;
@@ -434,8 +453,9 @@ int main(int argc, char** argv) {
             g_messages.clear();
             int row = -1;
             int col = -1;
-            const int result = MoloFinDetect_Execute(handle, f.y.data(), f.vu.data(), s.orientation,
-                                                     s.stride, s.ds_mode, s.gain, s.cct, &row, &col);
+            const int result =
+                MoloFinDetect_Execute(handle, f.y.data(), f.vu.data(), s.orientation, s.stride,
+                                      s.ds_mode, s.gain, s.cct, &row, &col);
             reports += result == 1;
             h.value(result);
             h.value(row);
@@ -452,9 +472,11 @@ int main(int argc, char** argv) {
         }
         MoloFinDetect_Finalize(handle, nullptr, 0);
         std::printf("%04d %016llx %s reports=%d messages=%d\n", k,
-                    static_cast<unsigned long long>(h.get()), describe(s).c_str(), reports, messages);
+                    static_cast<unsigned long long>(h.get()), describe(s).c_str(), reports,
+                    messages);
     }
     molo::set_log_hook(nullptr, nullptr);
-    for (const auto& [kind, count] : g_tally) std::fprintf(stderr, "%8d  %s\n", count, kind.c_str());
+    for (const auto& [kind, count] : g_tally)
+        std::fprintf(stderr, "%8d  %s\n", count, kind.c_str());
     return 0;
 }

@@ -14,9 +14,7 @@ constexpr long kGoneFrom = 32;
 constexpr int kCoverRadius = 144;  // 18 working cells
 constexpr int kPanPerFrame = 3;    // pixels the scene moves per frame
 
-uint8_t to_byte(double v) {
-    return static_cast<uint8_t>(std::clamp(v, 0.0, 255.0));
-}
+uint8_t to_byte(double v) { return static_cast<uint8_t>(std::clamp(v, 0.0, 255.0)); }
 
 // The scene at scene coordinates (x, y): tiles of two blue-green tones with a
 // woven luma texture, far from every finger tone in colour.

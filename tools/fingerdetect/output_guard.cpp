@@ -10,9 +10,7 @@
 namespace fingerdetect {
 namespace {
 
-bool identify(const std::string& path, struct stat& info) {
-    return stat(path.c_str(), &info) == 0;
-}
+bool identify(const std::string& path, struct stat& info) { return stat(path.c_str(), &info) == 0; }
 
 // Writing to the null device destroys nothing, whatever else it also is.
 bool is_null_device(const struct stat& info) {

@@ -71,8 +71,8 @@ bool PlaneDump::save_mask(const uint8_t* mask, int width, int height, const std:
     const size_t n = static_cast<size_t>(width) * height;
     scaled_.resize(n);
     for (size_t i = 0; i < n; ++i) scaled_[i] = mask[i] != 0 ? 255 : 0;
-    return save(path, [&](char* p) { return TIFF_SaveY(scaled_.data(), width, height, p); },
-                error);
+    return save(
+        path, [&](char* p) { return TIFF_SaveY(scaled_.data(), width, height, p); }, error);
 }
 
 bool PlaneDump::write(long frame, const Molo_FingerDetect& d, std::string& error) {
@@ -82,11 +82,12 @@ bool PlaneDump::write(long frame, const Molo_FingerDetect& d, std::string& error
     char stem[32];
     std::snprintf(stem, sizeof stem, "frame_%06ld_", frame);
     const std::string base = dir_ + "/" + stem;
-    return save(base + kPlanes[0] + ".tif",
-                [&](char* p) { return TIFF_SaveY(d.down_y, w, h, p); }, error) &&
-           save(base + kPlanes[1] + ".tif",
-                [&](char* p) { return TIFF_Save_YUV2RGB(d.down_y, d.down_vu, w, h, p); },
-                error) &&
+    return save(
+               base + kPlanes[0] + ".tif", [&](char* p) { return TIFF_SaveY(d.down_y, w, h, p); },
+               error) &&
+           save(
+               base + kPlanes[1] + ".tif",
+               [&](char* p) { return TIFF_Save_YUV2RGB(d.down_y, d.down_vu, w, h, p); }, error) &&
            save_mask(d.skin_mask, w, h, base + kPlanes[2] + ".tif", error) &&
            save_mask(d.finger_mask, w, h, base + kPlanes[3] + ".tif", error) &&
            save_mask(d.edge_map, w, h, base + kPlanes[4] + ".tif", error);

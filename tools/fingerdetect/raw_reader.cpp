@@ -30,9 +30,7 @@ RawReader::~RawReader() {
     if (owns_file_ && in_ != nullptr) std::fclose(in_);
 }
 
-size_t RawReader::frame_bytes() const {
-    return picture_bytes_420(width_, height_);
-}
+size_t RawReader::frame_bytes() const { return picture_bytes_420(width_, height_); }
 
 long RawReader::expected_frames() const {
     struct stat info {};

@@ -31,7 +31,7 @@ private:
     bool flushed(int length, std::string& error);
     std::FILE* out_;
     bool json_;
-    long long start_ = -1;     // offset of the first line in a regular file, else -1
+    long long start_ = -1;      // offset of the first line in a regular file, else -1
     long long good_bytes_ = 0;  // bytes of whole lines flushed
 };
 

@@ -58,16 +58,17 @@ bool run_frame(NativeDetector& d, const molo_jni::Plane& y, const molo_jni::Plan
     const bool converted = !molo_jni::in_place(y, u, v, input);
     if (converted) {
         if (d.converted == nullptr) {
-            d.converted = new (std::nothrow) uint8_t[molo_jni::converted_bytes(d.width, d.height)]();
+            d.converted =
+                new (std::nothrow) uint8_t[molo_jni::converted_bytes(d.width, d.height)]();
             if (d.converted == nullptr) return false;
         }
         input = molo_jni::convert(y, u, v, d.width, d.height, d.converted);
     }
     int row = 0;
     int col = 0;
-    const int result = MoloFinDetect_Execute(
-        d.detector, const_cast<unsigned char*>(input.y), const_cast<unsigned char*>(input.vu),
-        orientation, input.stride, input.ds_mode, gain, cct, &row, &col);
+    const int result = MoloFinDetect_Execute(d.detector, const_cast<unsigned char*>(input.y),
+                                             const_cast<unsigned char*>(input.vu), orientation,
+                                             input.stride, input.ds_mode, gain, cct, &row, &col);
     packed = pack(result, row, col, converted);
     return true;
 }
@@ -106,8 +107,9 @@ bool plane_of(JNIEnv* env, jobject buffer, jint position, jint limit, jint row_s
         return false;
     }
     if (position < 0 || position > limit || limit > capacity) {
-        std::snprintf(message, sizeof message, "%s plane: position %d and limit %d outside capacity %lld",
-                      name, position, limit, static_cast<long long>(capacity));
+        std::snprintf(message, sizeof message,
+                      "%s plane: position %d and limit %d outside capacity %lld", name, position,
+                      limit, static_cast<long long>(capacity));
         throw_illegal_argument(env, message);
         return false;
     }
@@ -173,7 +175,8 @@ jlong JNICALL native_detect_nv21(JNIEnv* env, jclass, jlong handle, jbyteArray f
     const int chroma_rows = (d.height + 1) / 2;
     const bool fits =
         molo_jni::check_plane(y, "Y", d.width, d.height, message, sizeof message) == nullptr &&
-        molo_jni::check_plane(u, "U", chroma_cols, chroma_rows, message, sizeof message) == nullptr &&
+        molo_jni::check_plane(u, "U", chroma_cols, chroma_rows, message, sizeof message) ==
+            nullptr &&
         molo_jni::check_plane(v, "V", chroma_cols, chroma_rows, message, sizeof message) == nullptr;
     jlong packed = 0;
     const bool ran = fits && run_frame(d, y, u, v, orientation, gain, cct, packed);

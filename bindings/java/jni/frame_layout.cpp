@@ -6,8 +6,8 @@
 
 namespace molo_jni {
 
-const char* check_plane(const Plane& plane, const char* name, int cols, int rows,
-                        char* message, size_t message_size) {
+const char* check_plane(const Plane& plane, const char* name, int cols, int rows, char* message,
+                        size_t message_size) {
     if (plane.pixel_stride < 1) {
         std::snprintf(message, message_size, "%s plane: pixel stride %d is below 1", name,
                       plane.pixel_stride);
@@ -17,7 +17,8 @@ const char* check_plane(const Plane& plane, const char* name, int cols, int rows
     const int64_t row_span = static_cast<int64_t>(cols - 1) * plane.pixel_stride + 1;
     if (plane.row_stride < row_span) {
         std::snprintf(message, message_size,
-                      "%s plane: row stride %d is below the %" PRId64 " bytes of a row of %d samples",
+                      "%s plane: row stride %d is below the %" PRId64
+                      " bytes of a row of %d samples",
                       name, plane.row_stride, row_span, cols);
         return message;
     }
@@ -62,7 +63,8 @@ DetectorInput convert(const Plane& y, const Plane& u, const Plane& v, int width,
         if (y.pixel_stride == 1) {
             std::memcpy(dst, src, static_cast<size_t>(width));
         } else {
-            for (int c = 0; c < width; ++c) dst[c] = src[static_cast<ptrdiff_t>(c) * y.pixel_stride];
+            for (int c = 0; c < width; ++c)
+                dst[c] = src[static_cast<ptrdiff_t>(c) * y.pixel_stride];
         }
     }
     const int chroma_cols = (width + 1) / 2;

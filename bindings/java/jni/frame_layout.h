@@ -23,8 +23,8 @@ struct Plane {
 // enough bytes up to the last sample (a buffer may end there rather than at
 // a full row). Returns nullptr when it does, else writes a message naming
 // the plane into message and returns it.
-const char* check_plane(const Plane& plane, const char* name, int cols, int rows,
-                        char* message, size_t message_size);
+const char* check_plane(const Plane& plane, const char* name, int cols, int rows, char* message,
+                        size_t message_size);
 
 // What MoloFinDetect_Execute is given for a frame.
 struct DetectorInput {

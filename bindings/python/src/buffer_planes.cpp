@@ -34,9 +34,8 @@ py::buffer_info uint8_buffer(py::handle obj, const char* name) {
     }
     py::buffer_info info = py::reinterpret_borrow<py::buffer>(obj).request();
     if (info.itemsize != 1 || (info.format != "B" && info.format != "=B" && info.format != "<B")) {
-        const std::string type = py::hasattr(obj, "dtype")
-                                     ? std::string(py::str(obj.attr("dtype")))
-                                     : "format '" + info.format + "'";
+        const std::string type = py::hasattr(obj, "dtype") ? std::string(py::str(obj.attr("dtype")))
+                                                           : "format '" + info.format + "'";
         throw py::type_error(std::string(name) + " must hold uint8 values, got " + type);
     }
     return info;
@@ -91,15 +90,19 @@ void nv21_planes(const py::buffer_info& info, const char* name, int width, int h
     const int bytes = chroma_bytes(width);
     const auto* data = static_cast<const uint8_t*>(info.ptr);
     if (info.ndim == 1) {
-        const py::ssize_t total = static_cast<py::ssize_t>(width) * height +
-                                  static_cast<py::ssize_t>(bytes) * rows;
+        const py::ssize_t total =
+            static_cast<py::ssize_t>(width) * height + static_cast<py::ssize_t>(bytes) * rows;
         if (info.shape[0] != total) {
             wrong_shape(name, "1-D of " + std::to_string(total) + " bytes", info);
         }
         const py::ssize_t step = info.strides[0];
         y = Plane{data, height, width, width * step, 2 * step, step};
-        vu = Plane{data + static_cast<py::ssize_t>(width) * height * step, rows, bytes,
-                   bytes * step, 2 * step, step};
+        vu = Plane{data + static_cast<py::ssize_t>(width) * height * step,
+                   rows,
+                   bytes,
+                   bytes * step,
+                   2 * step,
+                   step};
         return;
     }
     if (info.ndim == 2 && width % 2 == 0 && info.shape[0] == height + rows &&

@@ -98,8 +98,8 @@ py::list Detector::messages() {
     return list;
 }
 
-py::tuple Detector::execute(py::handle y, py::handle vu, int orientation, int ds_mode,
-                            float gain, int cct) {
+py::tuple Detector::execute(py::handle y, py::handle vu, int orientation, int ds_mode, float gain,
+                            int cct) {
     const py::buffer_info y_info = uint8_buffer(y, "y");
     const py::buffer_info vu_info = uint8_buffer(vu, "vu");
     return run(luma_plane(y_info, "y", width_, height_),
@@ -115,13 +115,14 @@ py::tuple Detector::execute_nv21(py::handle frame, int orientation, int ds_mode,
     return run(y, vu, orientation, ds_mode, gain, cct);
 }
 
-py::tuple Detector::run(const Plane& y, const Plane& vu, int orientation, int ds_mode,
-                        float gain, int cct) {
+py::tuple Detector::run(const Plane& y, const Plane& vu, int orientation, int ds_mode, float gain,
+                        int cct) {
     // The library locks a handle out for good on any other orientation.
     if (orientation != 0 && orientation != 1) {
-        throw py::value_error("orientation must be 0 (finger from the left) or 1 (from the "
-                              "right), got " +
-                              std::to_string(orientation));
+        throw py::value_error(
+            "orientation must be 0 (finger from the left) or 1 (from the "
+            "right), got " +
+            std::to_string(orientation));
     }
     int result = 0;
     int row = 0;

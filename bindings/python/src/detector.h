@@ -1,8 +1,8 @@
 // One detector handle behind a Python object. Frames are read where they lie
 // when both planes share one row pitch with packed rows; any other layout is
 // copied into a buffer the detector owns, reserved at creation, so a frame
-// allocates nothing in native code but the messages kept when logging. The GIL is released while the library
-// runs; a lock keeps one call at a time on a handle.
+// allocates nothing in native code but the messages kept when logging. The GIL is released while
+// the library runs; a lock keeps one call at a time on a handle.
 #ifndef MOLO_PYTHON_DETECTOR_H
 #define MOLO_PYTHON_DETECTOR_H
 
@@ -26,10 +26,10 @@ public:
     Detector& operator=(const Detector&) = delete;
 
     // (result, row, col), row and col None unless result is 1.
-    pybind11::tuple execute(pybind11::handle y, pybind11::handle vu, int orientation,
-                            int ds_mode, float gain, int cct);
-    pybind11::tuple execute_nv21(pybind11::handle frame, int orientation, int ds_mode,
-                                 float gain, int cct);
+    pybind11::tuple execute(pybind11::handle y, pybind11::handle vu, int orientation, int ds_mode,
+                            float gain, int cct);
+    pybind11::tuple execute_nv21(pybind11::handle frame, int orientation, int ds_mode, float gain,
+                                 int cct);
     void close();
 
     int width() const { return width_; }
@@ -39,8 +39,8 @@ public:
     pybind11::list messages();
 
 private:
-    pybind11::tuple run(const Plane& y, const Plane& vu, int orientation, int ds_mode,
-                        float gain, int cct);
+    pybind11::tuple run(const Plane& y, const Plane& vu, int orientation, int ds_mode, float gain,
+                        int cct);
     void check_open();
 
     const int width_;

@@ -28,9 +28,8 @@ messages. One call runs at a time on a detector; separate detectors run in
 parallel, the GIL released while they work.)doc")
         .def(py::init<int, int, bool>(), py::arg("width"), py::arg("height"),
              py::arg("log") = false)
-        .def("execute", &Detector::execute, py::arg("y"), py::arg("vu"),
-             py::arg("orientation") = 0, py::arg("ds_mode") = 1, py::arg("gain") = 1.0f,
-             py::arg("cct") = 5000, R"doc(
+        .def("execute", &Detector::execute, py::arg("y"), py::arg("vu"), py::arg("orientation") = 0,
+             py::arg("ds_mode") = 1, py::arg("gain") = 1.0f, py::arg("cct") = 5000, R"doc(
 execute(y, vu, orientation=0, ds_mode=1, gain=1.0, cct=5000) -> (result, row, col)
 
 Analyses one frame. y: uint8 array of height x width; vu: the interleaved
@@ -42,9 +41,8 @@ detector itself would stop working for good). ds_mode 1: chroma pairs are
 V,U (NV21); any other value: U,V. gain: sensor gain, 1.0 = unity; cct:
 white-balance colour temperature in kelvin. result is 1 when a finger is
 reported, with its centroid (row, col) in frame pixels, else 0 with None.)doc")
-        .def("execute_nv21", &Detector::execute_nv21, py::arg("frame"),
-             py::arg("orientation") = 0, py::arg("ds_mode") = 1, py::arg("gain") = 1.0f,
-             py::arg("cct") = 5000, R"doc(
+        .def("execute_nv21", &Detector::execute_nv21, py::arg("frame"), py::arg("orientation") = 0,
+             py::arg("ds_mode") = 1, py::arg("gain") = 1.0f, py::arg("cct") = 5000, R"doc(
 execute_nv21(frame, orientation=0, ds_mode=1, gain=1.0, cct=5000) -> (result, row, col)
 
 execute() on one packed NV21 frame: bytes or a 1-D uint8 array of
