@@ -53,30 +53,18 @@ struct Source {
 
 int slot_of(uint16_t tag) {
     switch (tag) {
-        case molo::kTagImageWidth:
-            return kWidth;
-        case molo::kTagImageLength:
-            return kLength;
-        case molo::kTagBitsPerSample:
-            return kBits;
-        case molo::kTagCompression:
-            return kCompression;
-        case molo::kTagPhotometric:
-            return kPhotometric;
-        case molo::kTagStripOffsets:
-            return kOffsets;
-        case molo::kTagSamplesPerPixel:
-            return kSamples;
-        case molo::kTagRowsPerStrip:
-            return kRows;
-        case molo::kTagStripByteCounts:
-            return kCounts;
-        case molo::kTagPlanarConfiguration:
-            return kPlanar;
-        case molo::kTagColorMap:
-            return kColorMap;
-        default:
-            return -1;
+        case molo::kTagImageWidth: return kWidth;
+        case molo::kTagImageLength: return kLength;
+        case molo::kTagBitsPerSample: return kBits;
+        case molo::kTagCompression: return kCompression;
+        case molo::kTagPhotometric: return kPhotometric;
+        case molo::kTagStripOffsets: return kOffsets;
+        case molo::kTagSamplesPerPixel: return kSamples;
+        case molo::kTagRowsPerStrip: return kRows;
+        case molo::kTagStripByteCounts: return kCounts;
+        case molo::kTagPlanarConfiguration: return kPlanar;
+        case molo::kTagColorMap: return kColorMap;
+        default: return -1;
     }
 }
 
@@ -87,10 +75,8 @@ bool type_fits(int slot, uint16_t type) {
         case kLength:
         case kOffsets:
         case kRows:
-        case kCounts:
-            return type == molo::kTypeShort || type == molo::kTypeLong;
-        default:
-            return type == molo::kTypeShort;
+        case kCounts: return type == molo::kTypeShort || type == molo::kTypeLong;
+        default: return type == molo::kTypeShort;
     }
 }
 
@@ -263,8 +249,7 @@ int check_compression(Source& in) {
     uint32_t compression;
     if (read_scalar(in, kCompression, 0, compression, "GetCompression") != 0) return 1;
     switch (compression) {
-        case molo::kCompressionNone:
-            return 0;
+        case molo::kCompressionNone: return 0;
         case molo::kCompressionPackBits:
             return tiff_fail("GetCompression", "PackBits compression not supported\n");
         case molo::kCompressionHuffman:

@@ -75,14 +75,10 @@ int write_rational(FILE* fp, uint32_t numerator, uint32_t denominator) {
 
 uint32_t type_size(uint16_t type) {
     switch (type) {
-        case molo::kTypeShort:
-            return 2;
-        case molo::kTypeLong:
-            return 4;
-        case molo::kTypeRational:
-            return 8;
-        default:
-            return 0;
+        case molo::kTypeShort: return 2;
+        case molo::kTypeLong: return 4;
+        case molo::kTypeRational: return 8;
+        default: return 0;
     }
 }
 
@@ -101,8 +97,7 @@ uint32_t value_at(const Field& f, uint32_t i, const Layout& l, const TIFF_IMG* i
         case Values::Palette:
             // 256 reds, 256 greens, 256 blues, each byte spread over 16 bits.
             return img->cmap[i % 256][i / 256] * 257u;
-        case Values::Same:
-            break;
+        case Values::Same: break;
     }
     return f.value;
 }
@@ -112,17 +107,10 @@ int write_values(FILE* fp, const Field& f, const Layout& l, const TIFF_IMG* img)
         const uint32_t v = value_at(f, i, l, img);
         int rc;
         switch (f.type) {
-            case molo::kTypeShort:
-                rc = write_ushort(fp, v);
-                break;
-            case molo::kTypeLong:
-                rc = write_uint(fp, v);
-                break;
-            case molo::kTypeRational:
-                rc = write_rational(fp, v, 1);
-                break;
-            default:
-                return tiff_fail("WriteField", "field type %d is not supported\n", f.type);
+            case molo::kTypeShort: rc = write_ushort(fp, v); break;
+            case molo::kTypeLong: rc = write_uint(fp, v); break;
+            case molo::kTypeRational: rc = write_rational(fp, v, 1); break;
+            default: return tiff_fail("WriteField", "field type %d is not supported\n", f.type);
         }
         if (rc != 0) return rc;
     }
@@ -134,27 +122,19 @@ uint16_t short_or_long(uint64_t v) { return v < 65536 ? molo::kTypeShort : molo:
 int samples_per_pixel(char type) {
     switch (type) {
         case 'g':
-        case 'p':
-            return 1;
-        case 'c':
-            return 3;
-        case '4':
-            return 4;
-        default:
-            return 0;
+        case 'p': return 1;
+        case 'c': return 3;
+        case '4': return 4;
+        default: return 0;
     }
 }
 
 uint32_t photometric(char type) {
     switch (type) {
-        case 'g':
-            return 1;
-        case 'p':
-            return 3;
-        case 'c':
-            return 2;
-        default:
-            return 5;  // '4'
+        case 'g': return 1;
+        case 'p': return 3;
+        case 'c': return 2;
+        default: return 5;  // '4'
     }
 }
 

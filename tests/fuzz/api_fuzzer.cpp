@@ -22,16 +22,11 @@ namespace {
 
 float pick_gain(FuzzedDataProvider& in) {
     switch (in.ConsumeIntegralInRange<int>(0, 5)) {
-        case 0:
-            return std::numeric_limits<float>::quiet_NaN();
-        case 1:
-            return std::numeric_limits<float>::infinity();
-        case 2:
-            return -std::numeric_limits<float>::infinity();
-        case 3:
-            return in.ConsumeFloatingPoint<float>();
-        default:
-            return in.ConsumeFloatingPointInRange<float>(0.0f, 20.0f);
+        case 0: return std::numeric_limits<float>::quiet_NaN();
+        case 1: return std::numeric_limits<float>::infinity();
+        case 2: return -std::numeric_limits<float>::infinity();
+        case 3: return in.ConsumeFloatingPoint<float>();
+        default: return in.ConsumeFloatingPointInRange<float>(0.0f, 20.0f);
     }
 }
 

@@ -318,9 +318,7 @@ Frame make_frame(const ClipPlan& s, int index, Tone tone, int flat_luma) {
                         t = c < 10 && rnd.chance(90) ? tone : Tone{100, 160};
                         break;
                     }
-                    default:
-                        luma = 90;
-                        t = {128, 128};
+                    default: luma = 90; t = {128, 128};
                 }
                 cell_luma(f, s, rnd, r, c, luma, s.background == 3 ? 0 : 3);
                 if (r % 2 == 0 && c % 2 == 0) pair_chroma(f, s, r / 2, c / 2, t);
@@ -346,22 +344,14 @@ Frame make_frame(const ClipPlan& s, int index, Tone tone, int flat_luma) {
             bool in = false;
             bool hole = false;
             switch (s.shape) {
-                case 0:
-                    in = dr * dr + c * c <= size * size;
-                    break;
-                case 1:
-                    in = std::abs(dr) <= size / 2 + 1 && c <= size;
-                    break;
+                case 0: in = dr * dr + c * c <= size * size; break;
+                case 1: in = std::abs(dr) <= size / 2 + 1 && c <= size; break;
                 case 2:
                     in = std::abs(dr) <= size / 2 + 2 && c <= size + 2;
                     hole = std::abs(dr) <= 1 && c >= size / 2 && c <= size / 2 + 2;
                     break;
-                case 3:
-                    in = c <= size && std::abs(dr) <= (size - c) / 2 + 1;
-                    break;
-                case 4:
-                    in = r <= size && std::abs(c - cols / 3) <= size / 2;
-                    break;
+                case 3: in = c <= size && std::abs(dr) <= (size - c) / 2 + 1; break;
+                case 4: in = r <= size && std::abs(c - cols / 3) <= size / 2; break;
                 default:
                     in = (dr * dr + c * c <= size * size / 2) ||
                          (r >= rows - size / 2 && c <= size / 2);

@@ -11,12 +11,9 @@ DecisionState decision_state(int result, const Molo_FingerDetect& detector) {
 
 const char* state_name(DecisionState state) {
     switch (state) {
-        case DecisionState::kReported:
-            return "reported";
-        case DecisionState::kHeld:
-            return "held";
-        case DecisionState::kSearching:
-            break;
+        case DecisionState::kReported: return "reported";
+        case DecisionState::kHeld: return "held";
+        case DecisionState::kSearching: break;
     }
     return "searching";
 }

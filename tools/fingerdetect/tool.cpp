@@ -70,8 +70,7 @@ std::unique_ptr<FrameSource> open_source(const Options& options, const ToolStrea
             return reader;
         }
         case InputKind::kRaw:
-        case InputKind::kY4m:
-            break;
+        case InputKind::kY4m: break;
     }
     std::string name;
     bool owned = false;

@@ -130,8 +130,7 @@ bool parse_y4m_header(const std::string& line, Y4mHeader& header, std::string& e
                 }
                 header.chroma = value;
                 break;
-            default:
-                break;  // X comments and parameters this reader does not need
+            default: break;  // X comments and parameters this reader does not need
         }
     }
     if (!have_width || !have_height) {
@@ -167,8 +166,7 @@ bool Y4mReader::start(std::string& error) {
                 return false;
             }
             break;  // reported below as not a stream
-        case LineStatus::kLine:
-            break;
+        case LineStatus::kLine: break;
     }
     if (!parse_y4m_header(line, header_, error)) {
         error = name_ + ": " + error;
@@ -219,8 +217,7 @@ ReadStatus Y4mReader::next(Frame& frame, std::string& error) {
             error = name_ + ": " + frame_name + ": FRAME marker line longer than " +
                     std::to_string(kMaxFrameLine) + " bytes";
             return ReadStatus::kError;
-        case LineStatus::kLine:
-            break;
+        case LineStatus::kLine: break;
     }
     if (line.compare(0, 5, "FRAME") != 0 || (line.size() > 5 && line[5] != ' ')) {
         error = name_ + ": " + frame_name + ": expected a FRAME marker, found \"" + excerpt(line) +
