@@ -4,9 +4,9 @@
 #   1. under Node, the page's module gives the native molo-fingerdetect's
 #      results and log lines over clips of several sizes, orientations and
 #      chroma orders;
-#   2. in headless Chromium with a fake camera playing a clip, the page
-#      reports the finger where it is and nothing on a clip without one, and
-#      every frame it analysed is one of the clip's.
+#   2. in headless Chromium with a fake camera playing the demo clip, the
+#      page reports the finger, and every frame it analysed is one of the
+#      clip's.
 #   tools/run_web_tests.sh [NATIVE_BUILD]   (default build/; the tool is built there if needed)
 # Screenshots and scratch files go to build-web/web-tests/. When the packages
 # cannot be installed (no root or sudo, no package source), the checks are

@@ -9,8 +9,8 @@ namespace molo {
 // only the corner squares (10 rows) and the middle band, leaving out the
 // quarter-height bands between them; this asymmetry is kept (pinned by
 // Initialize.SeedZonesOfASixtyRowGrid). On narrow grids the strips overlap:
-// the left strip is written first, then the right (pinned by
-// Initialize.NarrowGridStripsOverlapRightOverLeft).
+// the left strip is written first, then the right (the 16-wide clip of
+// PlatformDigest.SyntheticClipsMatchTheCommittedDigest depends on it).
 void build_seed_maps(unsigned char* full, unsigned char* band, int w, int h);
 
 }  // namespace molo

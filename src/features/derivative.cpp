@@ -1,7 +1,7 @@
 // 7 x 7 derivative responses. Both kernels are positive on the left and top
 // sides (left minus right, top minus bottom); the corner stage multiplies the
 // two responses, so the sign matters (pinned by
-// HarrisCorner.GradientProductsAreThoseOfTheDerivativeOperator).
+// HarrisCorner.DerivativeMeasuresLeftMinusRightAndTopMinusBottom).
 //
 // The horizontal kernel, K[r][c] = sign(3 - c) * (|3 - c| + t[r]) with
 // t = 0 1 2 3 2 1 0 (rows 3 4 5 6 5 4 3 on the left side), is the sum of a

@@ -53,7 +53,7 @@ int Molo_FingerDetect::HarrisCorner() {
     // A derivative is at most 69 times the largest mask byte in magnitude, so
     // the products fit in int for any mask; the cross product is stored doubled,
     // as the response expects (pinned by
-    // HarrisCorner.GradientProductsAreThoseOfTheDerivativeOperator).
+    // HarrisHough.RoundRegionPassesRectangleFailsOnItsCorners).
     auto differentiate = [&](int k) {
         const int row = r0 + k;
         const size_t base = static_cast<size_t>(row) * w;

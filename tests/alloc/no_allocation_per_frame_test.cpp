@@ -60,24 +60,17 @@ namespace {
 void* volatile g_escape;
 }
 
+// Plain, array and over-aligned new, and malloc: each is counted once.
 TEST(NoAllocationPerFrame, TheCounterSeesEveryKindOfAllocation) {
-    g_allocations = 0;
-    g_counting = true;
-    int* one = new int(1);
-    g_escape = one;
-    delete one;
-    char* many = new char[100];
-    g_escape = many;
-    delete[] many;
     struct alignas(64) Line {
         char bytes[64];
     };
-    Line* line = new Line;
-    g_escape = line;
-    delete line;
-    void* block = std::malloc(10);
-    g_escape = block;
-    std::free(block);
+    g_allocations = 0;
+    g_counting = true;
+    delete static_cast<int*>(g_escape = new int(1));
+    delete[] static_cast<char*>(g_escape = new char[100]);
+    delete static_cast<Line*>(g_escape = new Line);
+    std::free(g_escape = std::malloc(10));
     g_counting = false;
     EXPECT_EQ(g_allocations.load(), 4);
 }

@@ -32,10 +32,6 @@ public:
         for (const auto& m : messages()) out.push_back(m.text);
         return out;
     }
-    void clear() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        messages_.clear();
-    }
 
 private:
     static void record(void* self, int priority, const char* text) {

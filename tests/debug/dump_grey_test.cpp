@@ -46,16 +46,11 @@ TEST_F(GreyDump, EachPixelTypeHasItsRule) {
 TEST_F(GreyDump, ShiftedCropRepeatsEdgesAndLeavesMarginsZero) {
     Bytes src(20);  // 5 wide, 4 high, pixel (r, c) = 10 r + c
     for (int i = 0; i < 20; ++i) src[i] = static_cast<unsigned char>(10 * (i / 5) + i % 5);
-    // Rows 1..2 and columns 1..3 written; the shifts pass row 3 and column 0.
-    ASSERT_EQ(TIFF_SaveY_Offset(src.data(), 5, 4, 1, 1, 10, -10, path("a.tif")), 0);
+    // Rows 1..2 and columns 1..3 written, (r, c) showing (r + 2, c - 2): the
+    // shifts pass row 3 and column 0, whose values repeat.
+    ASSERT_EQ(TIFF_SaveY_Offset(src.data(), 5, 4, 1, 1, 2, -2, path("a.tif")), 0);
     EXPECT_EQ(grey(path("a.tif")),
-              (Bytes{0, 0, 0, 0, 0, 0, 30, 30, 30, 0, 0, 30, 30, 30, 0, 0, 0, 0, 0, 0}));
-
-    ASSERT_EQ(TIFF_SaveY_Offset(src.data(), 5, 4, 0, 0, 1, -1, path("d.tif")), 0);
-    const DumpImage img = read_image(path("d.tif"));  // (r, c) shows (r + 1, c - 1)
-    EXPECT_EQ(img.at(0, 0, 0), 10);
-    EXPECT_EQ(img.at(0, 0, 3), 12);
-    EXPECT_EQ(img.at(0, 3, 4), 33);
+              (Bytes{0, 0, 0, 0, 0, 0, 30, 30, 31, 0, 0, 30, 30, 31, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST_F(GreyDump, UnusableSizeOrPathFailsWithoutReadingTheSource) {

@@ -62,15 +62,10 @@ TEST(TiffMalformed, EveryStepRefusesWithItsMessage) {
     const Case cases[] = {
         {"cut in the header", 'g', cut(3),
          step("ReadHeader", "error reading unsigned short\nerror reading image header\n")},
-        // Some of the reader's messages end without a newline; kept as they are.
-        {"cut in a count", 'g', cut(35), step("ReadIFD", "error reading field count")},
         {"cut before the strip table", 'w', [](WrittenTiff& f) { f.b.resize(f.values(273) + 2); },
          step("GetStrips", "values of tag 273 lie beyond the end of the file\n")},
         {"directory past the end", 'g', [](WrittenTiff& f) { f.put(4, 0xFFFFFFF0u, 4); },
          step("ReadIFD", "IFD offset 4294967280 lies beyond the end of the file\n")},
-        {"strip past the end", 'w',
-         [](WrittenTiff& f) { f.put(f.values(273) + 8, 0xFFFFFFF0u, 4); },
-         step("GetStrips", "strip number 2 lies beyond the end of the file\n")},
         {"short last strip", 'w', [](WrittenTiff& f) { f.put(f.values(279) + 4, 7999, 2); },
          step("GetStrips", "strip number 2 holds 7999 bytes; its rows need 8000\n")},
         {"zero width", 'g', [](WrittenTiff& f) { f.put(f.values(256), 0, 2); },
@@ -79,6 +74,7 @@ TEST(TiffMalformed, EveryStepRefusesWithItsMessage) {
          [](WrittenTiff& f) { f.put(f.values(256), 65535, 2), f.put(f.values(257), 65535, 2); },
          step("GetImageSize",
               "image of 65535 x 65535 pixels is larger than this reader accepts\n")},
+        // Some of the reader's messages end without a newline; kept as they are.
         {"zero count", 'g', [](WrittenTiff& f) { f.put(f.entry(259) + 4, 0, 4); },
          step("ReadIFD", "encountered 0 as field count")},
         {"misordered tags", 'g',
@@ -93,7 +89,6 @@ TEST(TiffMalformed, EveryStepRefusesWithItsMessage) {
              "Compression value 5 not recognized; could not assign\ncompress_type to TIFF_IMG structure\n")},
         {"short colormap", 'p', [](WrittenTiff& f) { f.put(f.entry(320) + 4, 765, 4); },
          step("GetImageType", "unexpected number of entries in colormap\n")},
-        {"not 42", 'g', [](WrittenTiff& f) { f.put(2, 43, 2); }, ""},
     };
     for (const Case& c : cases) expect_refused(c);
 

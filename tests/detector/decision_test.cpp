@@ -128,22 +128,6 @@ TEST(Decision, ShapeSizeAndDarknessLimits) {
               (std::vector<int>{20, 39, 0, 9, 0, 0}));
 }
 
-TEST(Decision, BrightRegionsAreGreyObjectsOnlyForKindsTwoAndFour) {
-    for (int entry = 0; entry < 5; ++entry) {
-        Candidate t;
-        t.d->db_index = entry;
-        t.paint(0, 20, 0, 12, 101);
-        const std::string message = t.decide(20);
-        const int kind = t.d->finger_db[entry].kind;
-        const std::string grey = std::to_string(entry) + ":gray object.\n";
-        if (kind == 2 || kind == 4) {
-            EXPECT_EQ(message, grey) << "entry " << entry;
-        } else {
-            EXPECT_NE(message, grey) << "entry " << entry;
-        }
-    }
-}
-
 TEST(Decision, CommonColourElsewhereRejects) {
     const std::string similar =
         "0:Similar finger cololr exist much. so not sure it is really finger.\n";

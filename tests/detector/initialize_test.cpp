@@ -69,16 +69,6 @@ TEST(Initialize, SeedZonesOfASixtyRowGrid) {
     }
 }
 
-TEST(Initialize, NarrowGridStripsOverlapRightOverLeft) {
-    ScopedDetector d(12, 60);  // strips: columns 0..9 and 2..11
-    for (int c = 0; c < 12; ++c) {
-        EXPECT_EQ(d->seed_map_full[d.index(0, c)], c < 2 ? 1 : 2);
-        EXPECT_EQ(d->seed_map_full[d.index(12, c)], c < 10 ? 1 : 0);  // row 12: no right zone
-        EXPECT_EQ(d->seed_map_band[d.index(12, c)], 0);
-        EXPECT_EQ(d->seed_map_band[d.index(20, c)], c < 2 ? 1 : 2);
-    }
-}
-
 TEST(Finalize, ReleasesOnceEvenWhenRepeated) {
     Molo_FingerDetect d;
     ASSERT_EQ(d.Initialize(640, 480, nullptr), 0);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -28,13 +29,8 @@ constexpr long kMaxFrames = 4;
 
 std::vector<std::string> split_lines(const std::string& text) {
     std::vector<std::string> lines;
-    size_t start = 0;
-    while (start <= text.size() && !text.empty()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        lines.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
     return lines;
 }
 

@@ -48,7 +48,6 @@ TEST(MetaFile, HeaderRowsAndErrors) {
     } cases[] = {
         {bom + "0,2.0,4000\n", "4000 "},
         {bom + "frame,gain,cct\n0,2,4000\n", "4000 "},
-        {"+0,2.0,4000\n", "m.csv:1: bad frame number \"+0\""},
         {"0,1,5000\nframe,gain,cct\n", "m.csv:2: bad frame number \"frame\""},
         {"0,1.0\n", "m.csv:1: expected 3 fields (frame, gain, colour temperature), found 2"},
         {"0,1e-50,5000\n", "m.csv:1: bad gain \"1e-50\" (a number above 0)"},  // 0 as a float

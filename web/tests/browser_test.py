@@ -3,11 +3,11 @@ plays a Y4M clip, driven through chromedriver.
 
     browser_test.py NATIVE_TOOL WEB_BUILD WORK_DIR
 
-The page starts, reports the finger where it is in the demo clip and nothing
-on a clip without one, and every frame it analysed (by its SHA-256) is a
-frame of the demo clip, so the camera path hands the detector the clip's bytes.
-A screenshot of each run is kept in WORK_DIR. (NATIVE_TOOL is not used: the
-results themselves are compared with the tool under Node.)
+The page starts, reports the finger in the demo clip, and every frame it
+analysed (by its SHA-256) is a frame of the demo clip, so the camera path
+hands the detector the clip's bytes; where and when it reports is then the
+tool's decision on those bytes, which wasm_exactness.py compares under Node.
+A screenshot of the run is kept in WORK_DIR. (NATIVE_TOOL is not used.)
 """
 import hashlib
 import os
@@ -25,7 +25,6 @@ from selenium.webdriver.common.by import By
 from clips import make_clips, nv21
 
 SERVER_SECONDS = 600  # the server ends by itself after this, whatever happens here
-DEMO_CENTRE_ROW, DEMO_RADIUS = 248, 144  # the demo's finger: a disc on the left edge
 
 
 def camera_run(url, clip, frames, known, work, name):
@@ -92,12 +91,8 @@ def main(_tool, web_build, work):
             time.sleep(0.1)
         url = f"http://127.0.0.1:{port}/index.html"
         # A bit more than one pass of the 40-frame demo.
-        reports = camera_run(url, clips["demo"], 60, known, work, "camera_demo")
-        far = [e for e in reports if (e["row"] - DEMO_CENTRE_ROW) ** 2 + e["col"] ** 2 > DEMO_RADIUS ** 2]
-        if not reports or far:
-            sys.exit(f"camera, demo: {len(reports)} reports, {len(far)} away from the finger")
-        if camera_run(url, clips["empty"], 30, known, work, "camera_no_finger"):
-            sys.exit("camera, no finger: the page reported one")
+        if not camera_run(url, clips["demo"], 60, known, work, "camera_demo"):
+            sys.exit("camera, demo: no report")
     finally:
         os.kill(server.pid, signal.SIGTERM)
         server.wait(timeout=10)

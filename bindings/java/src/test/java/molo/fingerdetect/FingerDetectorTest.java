@@ -56,26 +56,10 @@ class FingerDetectorTest {
 
 
     /** One way a camera lays out the planes, filled from a packed NV21 frame of the demo's size. */
-    static final class Layout {
-        final String name;
-        final int yRowStride, chromaRowStride, pixelStride, yPosition;
-        final boolean oneChromaBuffer, vFirst, inPlace;
-        ByteBuffer y, u, v;
-
-        Layout(String name, int yRowStride, int chromaRowStride, int pixelStride, boolean oneChromaBuffer,
-               boolean vFirst, int yPosition, boolean inPlace) {
-            this.name = name;
-            this.yRowStride = yRowStride;
-            this.chromaRowStride = chromaRowStride;
-            this.pixelStride = pixelStride;
-            this.oneChromaBuffer = oneChromaBuffer;
-            this.vFirst = vFirst;
-            this.yPosition = yPosition;
-            this.inPlace = inPlace;
-        }
-
-        void fill(byte[] nv21) {
-            y = ByteBuffer.allocateDirect(yPosition + (H - 1) * yRowStride + W);
+    record Layout(String name, int yRowStride, int chromaRowStride, int pixelStride, boolean oneChromaBuffer,
+                  boolean vFirst, int yPosition, boolean inPlace) {
+        Planes fill(byte[] nv21) {
+            ByteBuffer y = ByteBuffer.allocateDirect(yPosition + (H - 1) * yRowStride + W);
             for (int r = 0; r < H; r++) {
                 y.position(yPosition + r * yRowStride);
                 y.put(nv21, r * W, W);
@@ -97,19 +81,21 @@ class FingerDetectorTest {
             }
             ByteBuffer lower = slice(first, 0, span);
             ByteBuffer upper = slice(second, offset, span);
-            v = vFirst ? lower : upper;
-            u = vFirst ? upper : lower;
-        }
-
-        Detection run(FingerDetector detector, int orientation) {
-            return detector.detect(y, yRowStride, 1, u, chromaRowStride, pixelStride,
-                    v, chromaRowStride, pixelStride, orientation, 1.0f, 5000);
+            return new Planes(this, y, vFirst ? upper : lower, vFirst ? lower : upper);
         }
 
         private static ByteBuffer slice(ByteBuffer buffer, int from, int length) {
             ByteBuffer view = buffer.duplicate();
             view.position(from).limit(from + length);
             return view.slice();
+        }
+    }
+
+    /** A frame's planes as one layout holds them. */
+    record Planes(Layout layout, ByteBuffer y, ByteBuffer u, ByteBuffer v) {
+        Detection run(FingerDetector detector, int orientation) {
+            return detector.detect(y, layout.yRowStride, 1, u, layout.chromaRowStride, layout.pixelStride,
+                    v, layout.chromaRowStride, layout.pixelStride, orientation, 1.0f, 5000);
         }
     }
 
@@ -135,26 +121,24 @@ class FingerDetectorTest {
         List<Layout> cases = new ArrayList<>(LAYOUTS);
         cases.add(null);
         for (Layout layout : cases) {
-            String name = layout == null ? "NV21 array" : layout.name;
+            String name = layout == null ? "NV21 array" : layout.name();
             long allocated = 0;
             int newPositions = 0;
             Detection lastReport = Detection.NOT_REPORTED;
             try (FingerDetector detector = new FingerDetector(W, H)) {
                 for (int i = 0; i < clip.frames.size(); i++) {
-                    if (layout != null) {
-                        layout.fill(clip.frames.get(i));
-                    }
+                    Planes planes = layout == null ? null : layout.fill(clip.frames.get(i));
                     if (layout == LAYOUTS.get(0)) {
-                        for (Consumer<FingerDetector> call : refusals(layout)) {
+                        for (Consumer<FingerDetector> call : refusals(planes)) {
                             assertThrows(IllegalArgumentException.class, () -> call.accept(detector));
                         }
                     }
                     long before = threads.getCurrentThreadAllocatedBytes();
                     Detection got = layout == null ? detector.detectNv21(clip.frames.get(i), 0, 1.0f, 5000)
-                            : layout.run(detector, 0);
+                            : planes.run(detector, 0);
                     allocated += threads.getCurrentThreadAllocatedBytes() - before;
                     assertEquals(clip.decisions.get(i), got, name + ", frame " + i);
-                    assertEquals(layout != null && !layout.inPlace, detector.lastFrameConverted(), name + " converted");
+                    assertEquals(layout != null && !layout.inPlace(), detector.lastFrameConverted(), name + " converted");
                     if (got.isReported() && !got.equals(lastReport)) {
                         newPositions++;
                         lastReport = got;
@@ -186,21 +170,21 @@ class FingerDetectorTest {
     }
 
     /** Calls that must be refused, filled in from good: none may reach the detector. */
-    private static List<Consumer<FingerDetector>> refusals(Layout good) {
+    private static List<Consumer<FingerDetector>> refusals(Planes good) {
         return List.of(
                 // Orientations the detector would turn itself off for.
                 d -> good.run(d, 2),
                 d -> good.run(d, -1),
                 // A heap buffer has no address the native side may read.
-                d -> d.detect(ByteBuffer.allocate(W * H), W, 1, good.u, W, 2, good.v, W, 2, 0, 1f, 5000),
+                d -> d.detect(ByteBuffer.allocate(W * H), W, 1, good.u(), W, 2, good.v(), W, 2, 0, 1f, 5000),
                 // Each plane one byte short of its last sample.
-                d -> d.detect(shorter(good.y), W, 1, good.u, W, 2, good.v, W, 2, 0, 1f, 5000),
-                d -> d.detect(good.y, W, 1, shorter(good.u), W, 2, good.v, W, 2, 0, 1f, 5000),
-                d -> d.detect(good.y, W, 1, good.u, W, 2, shorter(good.v), W, 2, 0, 1f, 5000),
+                d -> d.detect(shorter(good.y()), W, 1, good.u(), W, 2, good.v(), W, 2, 0, 1f, 5000),
+                d -> d.detect(good.y(), W, 1, shorter(good.u()), W, 2, good.v(), W, 2, 0, 1f, 5000),
+                d -> d.detect(good.y(), W, 1, good.u(), W, 2, shorter(good.v()), W, 2, 0, 1f, 5000),
                 // Strides that do not fit the frame.
-                d -> d.detect(good.y, W - 1, 1, good.u, W, 2, good.v, W, 2, 0, 1f, 5000),
-                d -> d.detect(good.y, W, 1, good.u, W, 0, good.v, W, 0, 0, 1f, 5000),
-                d -> d.detect(good.y, W, 1, good.u, W - 2, 2, good.v, W - 2, 2, 0, 1f, 5000),
+                d -> d.detect(good.y(), W - 1, 1, good.u(), W, 2, good.v(), W, 2, 0, 1f, 5000),
+                d -> d.detect(good.y(), W, 1, good.u(), W, 0, good.v(), W, 0, 0, 1f, 5000),
+                d -> d.detect(good.y(), W, 1, good.u(), W - 2, 2, good.v(), W - 2, 2, 0, 1f, 5000),
                 d -> d.detectNv21(new byte[W * H * 3 / 2 - 1], 0, 1f, 5000));
     }
 
