@@ -2,10 +2,10 @@
 // sample is the floor of the mean of 8 x 8 source samples, a working chroma
 // pair the floor of the mean of 8 x 8 source pairs (16 x 16 pixels). Only the
 // top-left 8 * down_width columns and 8 * down_height rows are read; the
-// remainder of the frame is cropped, not centred (pinned by
-// DownSampling.StridePaddingAndCroppedRemainderAreNeverRead). The row
-// kernels are the vector ones of the target (downsample_rows.h), which match
-// the scalar reference bit for bit.
+// remainder of the frame is cropped, not centred (pinned by the padded
+// odd-sized clip of PlatformDigest.SyntheticClipsMatchTheCommittedDigest).
+// The row kernels are the vector ones of the target (downsample_rows.h),
+// which match the scalar reference bit for bit.
 #include <cstddef>
 #include <cstdint>
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <vector>
 
 #include "MoloFingerDetect.h"
@@ -29,8 +28,7 @@ int execute(Handle& handle, Nv21Frame& f, int orientation = 0, float gain = 2.0f
 TEST(LightClass, KelvinAndGainLimitsAndKindRules) {
     struct Case {
         float gain;
-        int kelvin;
-        int expected;
+        int kelvin, expected;
     };
     for (const Case& c : {Case{5.0f, 3899, 3}, Case{5.0f, 3900, 1}, Case{4.5f, 3000, 1},
                           Case{4.5f, 2999, 3}, Case{4.5001f, 3000, 3}, Case{1.0f, 5000, 2},

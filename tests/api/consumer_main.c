@@ -26,10 +26,6 @@ int main(void) {
         const int found = MoloFinDetect_Execute(handle, y, vu, 0, width, 1, 2.0f, 5000, &row, &col);
         if (found != 0) ++failures; /* a flat grey frame holds no finger */
     }
-    if (MoloFinDetect_Execute(handle, NULL, vu, 0, width, 1, 2.0f, 5000, NULL, NULL) !=
-        MOLO_FD_NULL_PLANE) {
-        ++failures;
-    }
     if (MoloFinDetect_Verification(handle, y, vu, 0, 0, 0, 0) != 0) ++failures;
     if (MoloFinDetect_Finalize(handle, NULL, 0) != 0) ++failures;
     free(y);

@@ -3,21 +3,12 @@
 #ifndef MOLO_TESTS_DETECTOR_FIXTURE_H
 #define MOLO_TESTS_DETECTOR_FIXTURE_H
 
-#include <cstring>
-
 #include "MoloFingerDetect.h"
 
 class ScopedDetector {
 public:
     ScopedDetector(int working_width, int working_height) {
         d.Initialize(working_width * 8, working_height * 8, nullptr);
-    }
-    struct Preview {
-        int width;
-        int height;
-    };
-    explicit ScopedDetector(Preview preview) {
-        d.Initialize(preview.width, preview.height, nullptr);
     }
     ~ScopedDetector() { d.Finalize(nullptr, 0); }
     ScopedDetector(const ScopedDetector&) = delete;

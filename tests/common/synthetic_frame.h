@@ -7,9 +7,7 @@
 #include <vector>
 
 struct Nv21Frame {
-    int width;
-    int height;
-    int stride;
+    int width, height, stride;
     std::vector<uint8_t> y;
     std::vector<uint8_t> vu;  // height / 2 rows of `stride` bytes, pairs (first, second)
 

@@ -10,7 +10,7 @@ TEST_F(ColourDump, ConvertsByHand) {
     Bytes nv21 = {255, 100, 0,   50,  10,  20,  30, 40,  60,  70, 80,  90,
                   110, 120, 130, 140, 255, 128, 0,  128, 150, 90, 128, 200};
     ASSERT_EQ(TIFF_Save_YUV2RGB(nv21.data(), 4, 4, path("rgb.tif")), 0);
-    const DumpImage img = read_image(path("rgb.tif"));
+    const FlatImage img = read_image(path("rgb.tif"));
     ASSERT_EQ(img.type, 'c');
     const struct {
         int r, c, rgb[3];
@@ -34,7 +34,7 @@ TEST_F(ColourDump, ConvertsByHand) {
 TEST_F(ColourDump, RoundsToFloatBeforeTruncating) {
     Bytes nv21 = {167, 168, 255, 0, 169, 170, 0, 255, 180, 241, 255, 0};
     ASSERT_EQ(TIFF_Save_YUV2RGB(nv21.data(), 4, 2, path("edge.tif")), 0);
-    const DumpImage img = read_image(path("edge.tif"));
+    const FlatImage img = read_image(path("edge.tif"));
     EXPECT_EQ(img.plane[0], (Bytes{239, 240, 255, 178, 241, 242, 178, 255}));
     EXPECT_EQ(img.plane[1], (Bytes{91, 92, 208, 0, 93, 94, 0, 208}));
     EXPECT_EQ(img.plane[2], (Bytes{255, 255, 28, 0, 255, 255, 0, 28}));
@@ -45,6 +45,6 @@ TEST_F(ColourDump, RoundsToFloatBeforeTruncating) {
 TEST_F(ColourDump, OddFrameSharesTheLastChromaPair) {
     Bytes nv21 = {255, 0, 255, 0, 0, 0, 255, 0, 255, 255, 128, 7};
     ASSERT_EQ(TIFF_Save_YUV2RGB(nv21.data(), 3, 3, path("odd.tif")), 0);
-    const DumpImage img = read_image(path("odd.tif"));
+    const FlatImage img = read_image(path("odd.tif"));
     for (int i : {0, 2, 6, 8}) EXPECT_EQ(img.plane[1][i], 164) << i;
 }

@@ -6,22 +6,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <deque>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
-#include "molo/debug.h"
+#include "debug/tiff_memory.h"
 
 using Bytes = std::vector<unsigned char>;
-
-struct DumpImage {
-    int height = 0, width = 0;
-    char type = 0;
-    Bytes plane[3];  // mono; or R, G, B
-    int at(int p, int r, int c) const { return plane[p][r * width + c]; }
-};
 
 class DumpFiles : public ::testing::Test {
 protected:
@@ -40,25 +34,9 @@ protected:
     }
 
     // An empty image (type 0) when the file cannot be read.
-    static DumpImage read_image(const char* file) {
-        DumpImage out;
-        TIFF_IMG img;
-        FILE* fp = std::fopen(file, "rb");
-        if (fp == nullptr) return out;
-        const int failed = read_TIFF(fp, &img);
-        std::fclose(fp);
-        if (failed != 0) return out;
-        out.height = img.height;
-        out.width = img.width;
-        out.type = img.TIFF_type;
-        for (int p = 0; p < (out.type == 'c' ? 3 : 1); ++p) {
-            unsigned char** rows = out.type == 'c' ? img.color[p] : img.mono;
-            for (int r = 0; r < img.height; ++r) {
-                out.plane[p].insert(out.plane[p].end(), rows[r], rows[r] + img.width);
-            }
-        }
-        free_TIFF(&img);
-        return out;
+    static FlatImage read_image(const char* file) {
+        std::ifstream in(file, std::ios::binary);
+        return read_flat({std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
     }
     static Bytes grey(const char* file) { return read_image(file).plane[0]; }
 

@@ -14,7 +14,7 @@ using GreyDump = DumpFiles;
 TEST_F(GreyDump, EachPixelTypeHasItsRule) {
     Bytes bytes = {1, 2, 3, 4, 5, 6};  // 3 wide, 2 high
     ASSERT_EQ(TIFF_SaveY(bytes.data(), 3, 2, path("flat.tif")), 0);
-    const DumpImage img = read_image(path("flat.tif"));
+    const FlatImage img = read_image(path("flat.tif"));
     EXPECT_EQ(img.type, 'g');
     EXPECT_EQ(img.height, 2);
     EXPECT_EQ(img.plane[0], bytes);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "molo/debug.h"
@@ -35,6 +34,33 @@ int make_image(TIFF_IMG& img, char type, int width, int height, Value value) {
         img.cmap[i][2] = static_cast<unsigned char>((i * 7) & 255);
     }
     return 0;
+}
+
+// An image read back as flat row-major planes (mono; or R, G, B) and its
+// colour map as 256 RGB triples; type 0 when read_TIFF refuses the bytes.
+struct FlatImage {
+    int height = 0, width = 0;
+    char type = 0;
+    std::vector<unsigned char> plane[3], cmap;
+    int at(int p, int r, int c) const { return plane[p][r * width + c]; }
+};
+
+inline FlatImage read_flat(std::vector<uint8_t> bytes) {
+    FlatImage out;
+    TIFF_IMG img;
+    FILE* fp = open_bytes(bytes);
+    const int failed = read_TIFF(fp, &img);
+    std::fclose(fp);
+    if (failed != 0) return out;
+    out.height = img.height, out.width = img.width, out.type = img.TIFF_type;
+    for (int p = 0; p < (out.type == 'c' ? 3 : 1); ++p) {
+        unsigned char** rows = out.type == 'c' ? img.color[p] : img.mono;
+        for (int r = 0; r < img.height; ++r)
+            out.plane[p].insert(out.plane[p].end(), rows[r], rows[r] + img.width);
+    }
+    if (img.cmap != nullptr) out.cmap.assign(img.cmap[0], img.cmap[0] + 768);
+    free_TIFF(&img);
+    return out;
 }
 
 // write_TIFF into memory: its result, and the file in `bytes`.

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <string>
 #include <vector>
 
 #include "debug/tiff_memory.h"
@@ -18,21 +17,16 @@ uint64_t fnv1a(const std::vector<uint8_t>& bytes) {
 int ramp(int r, int c, int k) { return r * 3 + c + 50 * k; }
 
 // The pixels of a file read back by read_TIFF that differ from ramp(), or -1
-// when it is not read as an image of that type and size.
-int wrong_pixels(std::vector<uint8_t> bytes, char type, int width, int height) {
-    TIFF_IMG img{};
-    FILE* fp = open_bytes(bytes);
-    const int rc = read_TIFF(fp, &img);
-    std::fclose(fp);
-    if (rc != 0) return -1;
-    int wrong = img.TIFF_type == type && img.width == width && img.height == height ? 0 : -1;
-    for (int r = 0; r < height && wrong == 0; ++r)
-        for (int c = 0; c < width; ++c)
-            for (int k = 0; k < (type == 'c' ? 3 : 1); ++k)
-                wrong +=
-                    (type == 'c' ? img.color[k][r][c] : img.mono[r][c]) != (ramp(r, c, k) & 255);
-    if (type == 'p' && img.cmap[10][1] != 245) wrong = -1;
-    free_TIFF(&img);
+// when it is not read as an image of that type and size (with the palette
+// written).
+int wrong_pixels(const std::vector<uint8_t>& bytes, char type, int width, int height) {
+    const FlatImage img = read_flat(bytes);
+    if (img.type != type || img.width != width || img.height != height) return -1;
+    if (type == 'p' && img.cmap.at(10 * 3 + 1) != 245) return -1;
+    int wrong = 0;
+    for (int k = 0; k < (type == 'c' ? 3 : 1); ++k)
+        for (int i = 0; i < width * height; ++i)
+            wrong += img.plane[k][i] != (ramp(i / width, i % width, k) & 255);
     return wrong;
 }
 

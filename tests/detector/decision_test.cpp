@@ -119,13 +119,13 @@ TEST(Decision, ShapeSizeAndDarknessLimits) {
         EXPECT_EQ(t.decide(k.border) == k.message, k.logged)
             << r0[0] << "," << r0[2] << " border " << k.border << " " << k.message;
     }
-    // A rejection leaves the box measured and the detector idle.
+    // A rejection leaves the box measured and the detector searching.
     Candidate t;
     t.paint(20, 40, 0, 10);
     t.decide(16);
     EXPECT_EQ((std::vector<int>{t.d->box_top, t.d->box_bottom, t.d->box_left, t.d->box_right,
-                                t.d->busy, t.d->have_detect}),
-              (std::vector<int>{20, 39, 0, 9, 0, 0}));
+                                t.d->have_detect}),
+              (std::vector<int>{20, 39, 0, 9, 0}));
 }
 
 TEST(Decision, CommonColourElsewhereRejects) {

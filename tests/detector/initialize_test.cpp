@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
-#include <new>
 
 #include "common/detector_fixture.h"
 #include "common/log_capture.h"

@@ -58,20 +58,16 @@ uint32_t next(uint32_t& state) {
     return state >> 8;
 }
 
+// The finger enters from `side` (-1 none, 0 left, 1 right) with a radius in
+// working cells and the chroma pair (first, second); `texture` is the
+// amplitude of the scene's luma texture.
 struct Clip {
     const char* name;
-    int width;
-    int height;
-    int stride;
-    int ds_mode;
-    int orientation;
+    int width, height, stride, ds_mode, orientation;
     float gain;
-    int cct;
-    int side;       // -1 no finger, 0 left, 1 right
-    int radius;     // working cells
-    uint8_t first;  // finger chroma pair
-    uint8_t second;
-    int texture;  // amplitude of the luma texture of the scene
+    int cct, side, radius;
+    uint8_t first, second;
+    int texture;
 };
 
 // A textured scene; the finger is present on frames 2 to 5 of 8, growing by

@@ -45,10 +45,9 @@ TEST(Sobel3, FirstAndLastRowLastColumnReadOnePastTheRow) {
     // row; at the very last pixel it is the padding byte past the plane.
     auto wrap = make_plane(4, 4, [](int r, int c) { return c == 0 && r == 1 ? 200 : 0; });
     EXPECT_GT(sobel3(wrap, 0, 3, 4, 4), 0);
-    auto zero_pad = make_plane(
-        4, 4, [](int, int) { return 0; }, 0);
-    auto high_pad = make_plane(
-        4, 4, [](int, int) { return 0; }, 200);
+    const auto black = [](int, int) { return 0; };
+    auto zero_pad = make_plane(4, 4, black, 0);
+    auto high_pad = make_plane(4, 4, black, 200);
     EXPECT_EQ(sobel3(zero_pad, 3, 3, 4, 4), 0);
     EXPECT_GT(sobel3(high_pad, 3, 3, 4, 4), 0);
 }

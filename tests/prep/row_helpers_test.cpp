@@ -4,6 +4,7 @@
 // helpers at a fixed point instead of relying on timing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <memory>
@@ -36,9 +37,7 @@ struct RowCounter {
         if (std::this_thread::get_id() != caller) off_caller.fetch_add(1);
     }
     bool each_once() const {
-        for (const auto& c : calls)
-            if (c.load() != 1) return false;
-        return true;
+        return std::all_of(calls.begin(), calls.end(), [](const auto& c) { return c.load() == 1; });
     }
     std::vector<std::atomic<int>> calls;
     std::atomic<int> off_caller{0};

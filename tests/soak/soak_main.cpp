@@ -25,9 +25,7 @@ long resident_pages() {
     char text[128] = {};
     const ssize_t n = read(fd, text, sizeof text - 1);
     close(fd);
-    long size = 0;
-    long resident = 0;
-    long shared = 0;
+    long size = 0, resident = 0, shared = 0;
     if (n <= 0 || std::sscanf(text, "%ld %ld %ld", &size, &resident, &shared) != 3) return -1;
     return resident - shared;
 }
@@ -41,8 +39,7 @@ size_t heap_in_use() {
 
 int main(int argc, char** argv) {
     const long frames = argc > 1 ? std::atol(argv[1]) : 100000;
-    constexpr int kWidth = 640;
-    constexpr int kHeight = 480;
+    constexpr int kWidth = 640, kHeight = 480;
 
     Nv21Frame empty(kWidth, kHeight, 120, 100, 160);
     Nv21Frame finger(kWidth, kHeight, 120, 100, 160);
@@ -56,19 +53,15 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "soak: no handle\n");
         return 1;
     }
-    std::vector<int> first_cycle;
-    std::vector<int> first_rows;
-    std::vector<int> first_cols;
+    std::vector<int> first_cycle, first_rows, first_cols;
     size_t heap_after_warmup = 0;
     long rss_after_warmup = 0;
-    long mismatches = 0;
-    long reports = 0;
+    long mismatches = 0, reports = 0;
     const long warmup_frames = 100 * static_cast<long>(cycle.size());
     for (long n = 0; n < frames; ++n) {
         const size_t k = static_cast<size_t>(n % static_cast<long>(cycle.size()));
         Nv21Frame& f = *cycle[k];
-        int row = 0;
-        int col = 0;
+        int row = 0, col = 0;
         const int result = MoloFinDetect_Execute(fd, f.y_plane(), f.vu_plane(), 0, kWidth, 1, 2.0f,
                                                  5000, &row, &col);
         reports += result == 1;

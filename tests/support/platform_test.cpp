@@ -6,19 +6,7 @@
 #include "MoloFingerDetect.h"
 #include "common/log_capture.h"
 
-namespace {
-
-class PropertyTest : public ::testing::Test {
-protected:
-    void TearDown() override {
-        unsetenv("Molo.Test.prop");
-        unsetenv("Molo_Test_prop");
-    }
-};
-
-}  // namespace
-
-TEST_F(PropertyTest, EnvironmentBackend) {
+TEST(Property, EnvironmentBackend) {
     char value[92];
     EXPECT_EQ(android_property_get("Molo.Test.prop", value, "0"), 0);
     EXPECT_STREQ(value, "0");
@@ -31,6 +19,8 @@ TEST_F(PropertyTest, EnvironmentBackend) {
     setenv("Molo.Test.prop", std::string(200, 'x').c_str(), 1);
     EXPECT_EQ(android_property_get("Molo.Test.prop", value, "0"), 91);
     EXPECT_EQ(std::string(value), std::string(91, 'x'));
+    unsetenv("Molo.Test.prop");
+    unsetenv("Molo_Test_prop");
 }
 
 TEST(Log, HostLineOnStderrUnlessAHookTakesTheMessages) {

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "MoloFingerDetect.h"
 
 // Nothing on the frame path takes a median; one test of its result, with

@@ -37,9 +37,6 @@ TEST(Options, InputsAreSortedIntoOneKindWithTheirSettings) {
     ASSERT_TRUE(parse({"a.tif", "B.TIFF", "--json"}, o, error));
     EXPECT_EQ(o.kind, InputKind::kTiffList);
     EXPECT_EQ(o.inputs.size(), 2u);
-    ASSERT_TRUE(parse({"demo", "--annotate", "out.y4m", "--log"}, o, error));
-    EXPECT_EQ(o.kind, InputKind::kDemo);
-    EXPECT_TRUE(o.inputs.empty());
     ASSERT_TRUE(parse({"--", "-odd-name.y4m"}, o, error));
     EXPECT_EQ(o.inputs[0], "-odd-name.y4m");
 }

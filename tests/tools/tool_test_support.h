@@ -53,8 +53,7 @@ inline std::string y4m_stream(int width, int height, int frames, const std::stri
 
 struct ToolRun {
     int status = -1;
-    std::string out;
-    std::string err;
+    std::string out, err;
     std::vector<std::string> out_lines() const {
         std::vector<std::string> lines;
         std::istringstream in(out);

@@ -71,12 +71,8 @@ TEST(Y4mReader, ABrokenStreamEndsWithTheFrameAndWhatIsWrong) {
         EXPECT_EQ(s.reader.next(frame, error), ReadStatus::kError);
         EXPECT_NE(error.find(c.error), std::string::npos) << error;
     }
-    for (const char* start : {"", "YUV4MPEG2 W8 H4"}) {
-        MemoryStream s(start);
-        std::string error;
-        EXPECT_FALSE(s.reader.start(error));
-        EXPECT_NE(error.find(*start ? "ends inside its YUV4MPEG2 header" : "empty"),
-                  std::string::npos)
-            << error;
-    }
+    MemoryStream cut("YUV4MPEG2 W8 H4");
+    std::string error;
+    EXPECT_FALSE(cut.reader.start(error));
+    EXPECT_NE(error.find("ends inside its YUV4MPEG2 header"), std::string::npos) << error;
 }
