@@ -1,5 +1,5 @@
-// The whole program through run_tool: the demo clip end to end, raw and TIFF
-// inputs, and the exit status and one-line message of every kind of bad input.
+// The whole program through run_tool: the demo clip end to end, TIFF inputs,
+// and the exit status and one-line message of every kind of bad input.
 #include "tool.h"
 
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ std::vector<Decision> decisions(const tool_test::ToolRun& run) {
 }  // namespace
 
 // One run of the demo, its decisions and the annotated clip together.
-TEST(Tool, DemoReportsOnlyAConfirmedFingerAndDrawsEachDecision) {
+TEST(Tool, DemoDrawsEachDecisionAndCountsTheReports) {
     const std::string path = scratch_path("demo.y4m");
     const auto run = run_tool({"demo", "--annotate", path});
     ASSERT_EQ(run.status, 0) << run.err;
