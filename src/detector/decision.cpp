@@ -240,9 +240,9 @@ int decide(Molo_FingerDetect& d, int area, const RegionBox& extent, int* pos_row
     d.found_v = means.v;
 
     // Centroid of the finger mask, divided by the candidate's area (not by the
-    // mask's pixel count, which gap filling may have changed), on purpose; no
-    // test pins the divisor yet. A zero area, possible only on tiny grids,
-    // gives position 0.
+    // mask's pixel count, which gap filling may have changed), on purpose
+    // (pinned by Decision.PositionDividesTheMasksSumsByTheCandidatesArea). A
+    // zero area, possible only on tiny grids, gives position 0.
     int sum_row = 0;
     int sum_col = 0;
     for (int r = 0; r < h; ++r) {

@@ -33,10 +33,15 @@ protected:
         return paths_.back().data();
     }
 
+    // A file's bytes ("" when it cannot be read).
+    static std::string contents(const char* file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
     // An empty image (type 0) when the file cannot be read.
     static FlatImage read_image(const char* file) {
-        std::ifstream in(file, std::ios::binary);
-        return read_flat({std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
+        const std::string bytes = contents(file);
+        return read_flat({bytes.begin(), bytes.end()});
     }
     static Bytes grey(const char* file) { return read_image(file).plane[0]; }
 

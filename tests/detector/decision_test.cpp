@@ -56,16 +56,15 @@ struct Candidate {
     std::string decide(int border_length) {
         d->region_stats[kLabel].border_length = border_length;
         LogCapture log;
-        int row = -1, col = -1;
         const molo::RegionBox grid{0, 0, d->down_height - 1, d->down_width - 1};
-        result_ = molo::decide(*d, area_, grid, &row, &col);
+        result_ = molo::decide(*d, area_, grid, &row_, &col_);
         const auto texts = log.texts();
         return texts.empty() ? "" : texts.front();
     }
 
     ScopedDetector d;
     int area_ = 0;
-    int result_ = -1;
+    int result_ = -1, row_ = -1, col_ = -1;
 };
 
 const std::string kShape = "0:Not finger shape.\n";
@@ -172,4 +171,26 @@ TEST(Decision, OneRowRegionFailsTheCornerAndLineCheck) {
     // The region was copied into the finger mask before the check.
     EXPECT_EQ(t.d->finger_mask[t.d.index(5, 3)], 1);
     EXPECT_EQ(t.d->finger_mask[t.d.index(6, 3)], 0);
+}
+
+// A confirmed finger's position is the sum of the mask's rows and columns
+// divided by the area the candidate was measured with, then scaled by 8, not
+// divided by the mask's own cell count: here that area is 40 cells more
+// than the half disc painted on the left edge.
+TEST(Decision, PositionDividesTheMasksSumsByTheCandidatesArea) {
+    Candidate t;
+    int sum_row = 0, sum_col = 0;
+    for (int r = 16; r <= 44; ++r) {
+        int width = 0;
+        while ((r - 30) * (r - 30) + width * width < 225) ++width;
+        t.paint(r, r + 1, 0, width);
+        sum_row += r * width;
+        sum_col += width * (width - 1) / 2;
+    }
+    t.area_ += 40;
+    t.d->have_detect = 1;
+    EXPECT_EQ(t.decide(29), "0: have_detect:2\n");
+    ASSERT_EQ(t.result_, 1);
+    EXPECT_EQ(t.row_, sum_row / t.area_ * 8);
+    EXPECT_EQ(t.col_, sum_col / t.area_ * 8);
 }
